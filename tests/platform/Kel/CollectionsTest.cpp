@@ -1,0 +1,173 @@
+// The object model's collections and walks over collections that change while they are walked.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "Kel/DenseArray.h"
+#include "Kel/HashMap.h"
+#include "Kel/OrderedMap.h"
+#include "Kel/RobustWalk.h"
+#include "Kel/String.h"
+
+namespace {
+
+using IntMap = Kel::OrderedMap<int, Kel::String>;
+
+struct WalkCase {
+   char const* name;
+   std::vector<int> initial;
+   // What the visitor does to the map when it reaches a key.
+   std::map<int, std::function<void(IntMap&)>> onVisit;
+   std::vector<int> visited;
+};
+
+void insert(IntMap& map, int key) {
+   map.insertOrAssign(key, Kel::String(std::to_string(key)));
+}
+
+std::vector<WalkCase> walkCases() {
+   return {
+       {"unchanged", {1, 2, 3}, {}, {1, 2, 3}},
+       {"delete the current key", {1, 2, 3}, {{2, [](IntMap& m) { m.erase(2); }}}, {1, 2, 3}},
+       {"delete the next key", {1, 2, 3, 4}, {{2, [](IntMap& m) { m.erase(3); }}}, {1, 2, 4}},
+       {"insert behind the walk", {1, 2, 3}, {{2, [](IntMap& m) { insert(m, 0); }}}, {1, 2, 3}},
+       {"insert ahead of the walk",
+        {1, 2, 3},
+        {{2, [](IntMap& m) { insert(m, 5); }}},
+        {1, 2, 3, 5}},
+       {"insert right after the current key",
+        {10, 20, 30},
+        {{20, [](IntMap& m) { insert(m, 25); }}},
+        {10, 20, 25, 30}},
+       {"delete everything", {1, 2, 3}, {{1, [](IntMap& m) { m.clear(); }}}, {1}},
+       {"delete and recreate the current key",
+        {1, 2, 3},
+        {{2,
+          [](IntMap& m) {
+             m.erase(2);
+             insert(m, 2);
+          }}},
+        {1, 2, 3}},
+       {"changes at every step",
+        {1, 3, 5, 7},
+        {{1, [](IntMap& m) { insert(m, 2); }},
+         {2, [](IntMap& m) { m.erase(3); }},
+         {5,
+          [](IntMap& m) {
+             m.erase(1);
+             insert(m, 6);
+          }}},
+        {1, 2, 5, 6, 7}},
+   };
+}
+
+TEST(RobustWalk, VisitsEverySurvivingKeyOnceInOrder) {
+   for (auto const& scenario : walkCases()) {
+      IntMap map;
+      for (int key : scenario.initial) {
+         insert(map, key);
+      }
+      std::vector<int> visited;
+      Kel::robustWalk(map, [&](int key, Kel::String const& value) {
+         EXPECT_EQ(value, Kel::String(std::to_string(key))) << scenario.name;
+         visited.push_back(key);
+         if (auto action = scenario.onVisit.find(key); action != scenario.onVisit.end()) {
+            action->second(map);
+         }
+      });
+      EXPECT_EQ(visited, scenario.visited) << scenario.name;
+   }
+}
+
+TEST(RobustWalk, WalksSetsToo) {
+   Kel::OrderedSet<Kel::String> names;
+   for (char const* name : {"b", "a", "d", "c"}) {
+      names.insert(name);
+   }
+   std::vector<std::string> visited;
+   Kel::robustWalk(names, [&](Kel::String const& name) {
+      visited.push_back(name.stringValue());
+      if (name == "b") {
+         names.erase("c");
+         names.insert("e");
+      }
+   });
+   EXPECT_EQ(visited, (std::vector<std::string>{"a", "b", "d", "e"}));
+}
+
+TEST(OrderedMap, ChangeCountMovesOnInsertAndDeleteOnly) {
+   IntMap map;
+   EXPECT_EQ(map.changeCount(), 0u);
+   insert(map, 1);
+   insert(map, 1);  // replaces the value: not a change of membership
+   EXPECT_EQ(map.changeCount(), 1u);
+   map.getOrCreate(2);
+   map.getOrCreate(2);
+   EXPECT_EQ(map.changeCount(), 2u);
+   EXPECT_FALSE(map.erase(7));
+   EXPECT_EQ(map.changeCount(), 2u);
+   EXPECT_TRUE(map.erase(1));
+   EXPECT_EQ(map.changeCount(), 3u);
+   map.clear();
+   map.clear();
+   EXPECT_EQ(map.changeCount(), 4u);
+}
+
+TEST(OrderedMap, FirstKeyGreaterThan) {
+   IntMap map;
+   for (int key : {10, 20, 30}) {
+      insert(map, key);
+   }
+   struct Row {
+      int key;
+      int expected;  // 0: none
+   } const rows[] = {{5, 10}, {10, 20}, {15, 20}, {29, 30}, {30, 0}, {99, 0}};
+   for (auto const& row : rows) {
+      auto found = map.firstGreaterThan(row.key);
+      EXPECT_EQ(found == map.end() ? 0 : found->first, row.expected) << "after " << row.key;
+   }
+   EXPECT_EQ(*map.lookup(20), "20");
+   EXPECT_EQ(map.lookup(21), nullptr);
+}
+
+TEST(DenseArray, IterationSkipsEmptySlots) {
+   Kel::DenseArray<Kel::String> rules;
+   rules.set(7, "seventh");
+   rules.set(0, "first");
+   rules.set(3, "fourth");
+   rules.set(3, "fourth again");
+   EXPECT_EQ(rules.size(), 3u);
+   rules.erase(0);
+   EXPECT_FALSE(rules.erase(0));
+   EXPECT_FALSE(rules.erase(100));
+
+   std::vector<std::pair<std::uint32_t, std::string>> seen;
+   for (auto entry : rules) {
+      seen.emplace_back(entry.index, entry.value.stringValue());
+   }
+   EXPECT_EQ(seen, (std::vector<std::pair<std::uint32_t, std::string>>{{3, "fourth again"},
+                                                                       {7, "seventh"}}));
+   EXPECT_EQ(rules.size(), 2u);
+   EXPECT_EQ(rules.lookup(5), nullptr);
+   EXPECT_EQ(*rules.lookup(7), "seventh");
+   rules.clear();
+   EXPECT_TRUE(rules.empty());
+   EXPECT_EQ(rules.begin(), rules.end());
+}
+
+TEST(HashMap, LookupAndChangeCount) {
+   Kel::HashMap<Kel::String, std::uint64_t> counters;
+   counters.insertOrAssign("rule1", 5);
+   counters.insertOrAssign("rule1", 6);
+   counters.insertOrAssign("rule2", 7);
+   EXPECT_EQ(counters.changeCount(), 2u);
+   EXPECT_EQ(*counters.lookup("rule1"), 6u);
+   EXPECT_EQ(counters.lookup("rule3"), nullptr);
+   EXPECT_TRUE(counters.erase("rule2"));
+   EXPECT_EQ(counters.size(), 1u);
+   EXPECT_EQ(counters.changeCount(), 3u);
+}
+
+}  // namespace

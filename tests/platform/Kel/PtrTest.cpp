@@ -1,0 +1,84 @@
+// Counted references: sharing, const views, conversions and the end of an entity's life.
+#include <gtest/gtest.h>
+
+#include "Kel/Assert.h"
+#include "Kel/Ptr.h"
+
+namespace {
+
+struct Node : Kel::PtrInterface {
+   explicit Node(int* destroyedCount) : destroyed(destroyedCount) {}
+   ~Node() override { ++*destroyed; }
+   int* destroyed;
+};
+
+struct Leaf : Node {
+   using Node::Node;
+};
+
+TEST(Ptr, TheLastReferenceDeletes) {
+   int destroyed = 0;
+   auto const before = Kel::liveEntityCount();
+   {
+      Kel::Ptr<Node> first = Kel::make<Node>(&destroyed);
+      EXPECT_EQ(Kel::liveEntityCount(), before + 1);
+      EXPECT_EQ(first->refCount(), 1u);
+      {
+         Kel::Ptr<Node> second = first;
+         Kel::Ptr<Node const> view = first;
+         EXPECT_EQ(first->refCount(), 3u);
+         EXPECT_EQ(view, first);
+      }
+      EXPECT_EQ(first->refCount(), 1u);
+      Kel::Ptr<Node> moved = std::move(first);
+      EXPECT_FALSE(first);
+      EXPECT_EQ(moved->refCount(), 1u);
+      EXPECT_EQ(destroyed, 0);
+   }
+   EXPECT_EQ(destroyed, 1);
+   EXPECT_EQ(Kel::liveEntityCount(), before);
+}
+
+TEST(Ptr, AssignmentDropsTheOldReference) {
+   int destroyed = 0;
+   Kel::Ptr<Node> ptr = Kel::make<Node>(&destroyed);
+   ptr = Kel::make<Node>(&destroyed);
+   EXPECT_EQ(destroyed, 1);
+   auto& same = ptr;
+   ptr = same;  // self-assignment keeps the entity
+   EXPECT_EQ(destroyed, 1);
+   ptr = nullptr;
+   EXPECT_EQ(destroyed, 2);
+}
+
+TEST(Ptr, ConvertsToBaseAndCastsBack) {
+   int destroyed = 0;
+   Kel::Ptr<Leaf> leaf = Kel::make<Leaf>(&destroyed);
+   Kel::Ptr<Node const> node = leaf;
+   EXPECT_EQ(Kel::dynamicPtrCast<Leaf const>(node), leaf);
+   EXPECT_EQ(Kel::ptrCast<Leaf const>(node).get(), leaf.get());
+   EXPECT_EQ(leaf->refCount(), 2u);
+}
+
+TEST(Ptr, RawPointerRecoversACountedReference) {
+   int destroyed = 0;
+   Kel::Ptr<Node> ptr = Kel::make<Node>(&destroyed);
+   Node* raw = ptr.get();
+   Kel::Ptr<Node> again(raw);
+   ptr.reset();
+   EXPECT_EQ(destroyed, 0);
+   again.reset();
+   EXPECT_EQ(destroyed, 1);
+}
+
+#ifndef NDEBUG
+TEST(Ptr, DebugBuildsCatchUnderflow) {
+   auto const previous = Kel::assertHandlerIs(&Kel::throwingAssertHandler);
+   int destroyed = 0;
+   Node unowned(&destroyed);
+   EXPECT_THROW(unowned.delRef(), Kel::AssertionError);
+   Kel::assertHandlerIs(previous);
+}
+#endif
+
+}  // namespace

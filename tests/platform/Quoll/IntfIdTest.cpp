@@ -1,0 +1,62 @@
+// Interface names from outside: which ones parse, why the others do not, and that ids order and
+// hash by name.
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string_view>
+#include <unordered_set>
+
+#include "Kel/Value.h"
+#include "Quoll/IntfId.h"
+
+namespace Quoll {
+namespace {
+
+struct ParseCase {
+   std::string_view text;
+   std::string_view reason;  // empty when the name is accepted
+};
+
+constexpr ParseCase kParseCases[] = {
+    {"Ethernet1", ""},
+    {"Ethernet1/2.100", ""},
+    {"Port-Channel5", ""},
+    {"", "empty interface name"},
+    {" Ethernet1", "blank at position 1 in interface name"},
+    {"Ethernet 1", "blank at position 9 in interface name"},
+    {"Ethernet1\t", "control character 9 at position 10 in interface name"},
+    {std::string_view("Eth\0", 4), "control character 0 at position 4 in interface name"},
+    {"Eth\x7f", "control character 127 at position 4 in interface name"},
+};
+
+TEST(IntfIdParse, AcceptsPrintableNamesOnly) {
+   for (auto const& row : kParseCases) {
+      auto const parsed = IntfId::parse(row.text);
+      if (row.reason.empty()) {
+         EXPECT_TRUE(parsed && parsed->name().view() == row.text) << row.text;
+      } else {
+         EXPECT_TRUE(!parsed && parsed.reason() == row.reason) << row.text;
+      }
+   }
+}
+
+TEST(IntfIdValue, OrdersHashesAndPrintsByName) {
+   IntfId const first("Ethernet1");
+   IntfId const second("Ethernet2");
+   EXPECT_LT(first, second);
+   EXPECT_EQ(first, IntfId("Ethernet1"));
+   EXPECT_EQ(first.stringValue(), "Ethernet1");
+
+   std::unordered_set<IntfId> const ids = {first, second, IntfId("Ethernet1")};
+   EXPECT_EQ(ids.size(), 2u);
+
+   std::ostringstream stream;
+   stream << second;
+   EXPECT_EQ(stream.str(), "Ethernet2");
+   auto const value = toValue(second);
+   ASSERT_NE(value.asString(), nullptr);
+   EXPECT_EQ(*value.asString(), "Ethernet2");
+}
+
+}  // namespace
+}  // namespace Quoll

@@ -1,0 +1,216 @@
+// The renderer contract: every operation in both formats, the comma rule, escaping, the raw frame.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "Kel/Assert.h"
+#include "support/CapturedOutput.h"
+#include "vellum/Renderer.h"
+
+namespace {
+
+using testing_support::parseJson;
+using testing_support::render;
+using vellum::OutputFormat_t;
+using vellum::RendererV2;
+
+Quoll::IpGenPrefix prefix(std::string_view text) {
+   return Quoll::IpGenPrefix::parse(text).value();
+}
+
+struct Case {
+   char const* name;
+   std::function<void(RendererV2&)> calls;
+   std::string text;
+   std::string json;  // the whole document, including the raw "{" and "}\n" around it
+};
+
+void PrintTo(Case const& rendererCase, std::ostream* out) {
+   *out << rendererCase.name;
+}
+
+std::vector<Case> const kCases = {
+    {"writeString overloads",
+     [](RendererV2& r) {
+        r.writeString("plain ");
+        r.writeString("lengthXXX", 6);
+        r.writeString(Kel::String(" kel"));
+        r.writeString(std::string(" std "));
+        r.writeString(static_cast<unsigned char>(7));
+        r.writeString(" ");
+        r.writeString(4294967295u);
+        r.writeString(" ");
+        r.writeString(std::numeric_limits<unsigned long>::max());
+        r.writeString(" ");
+        r.writeString(prefix("10.1.0.0/16"));
+        r.writeString(" ");
+        r.writeString(prefix("2001:db8::/32"));
+     },
+     "plain length kel std 7 4294967295 18446744073709551615 10.1.0.0/16 2001:db8::/32", "{}\n"},
+    {"padded text",
+     [](RendererV2& r) {
+        r.writeString(Strix::JustifyLeft<char const*>("", 3, ' '));
+        r.writeString(Strix::JustifyLeft<char const*>("ab", 5, '.'));
+        r.writeString(Strix::JustifyLeft<char const*>("toolong", 3, '-'));
+        r.writeString(Strix::JustifyLeft<char const*>("x", 0, ' '));
+     },
+     "   ab...toolongx", "{}\n"},
+    {"end of line, labels and frills",
+     [](RendererV2& r) {
+        r._addText("Name: ", Kel::String("p1"));
+        r.addFrill(", ");
+        r._addText("Kind: ", "drop");
+        r.addFrill(" [");
+        r._addText("Count: ", 42ul);
+        r.addFrill("]");
+        r.eol();
+        r.eol();
+     },
+     "Name: p1, Kind: drop [Count: 42]\n\n", "{}\n"},
+    {"key/value pairs of every type",
+     [](RendererV2& r) {
+        r._addJsonKeyValuePair("cstr", "a");
+        r._addJsonKeyValuePair("kel", Kel::String("b"));
+        r._addJsonKeyValuePair("std", std::string("c"));
+        r._addJsonKeyValuePair("view", std::string_view("d"));
+        r._addJsonKeyValuePair("uchar", static_cast<unsigned char>(255));
+        r._addJsonKeyValuePair("uint", 0u);
+        r._addJsonKeyValuePair("ulong", std::numeric_limits<unsigned long>::max());
+        r._addJsonKeyValuePair("yes", true);
+        r._addJsonKeyValuePair("no", false);
+        r._addJsonKeyValuePair("v4", prefix("0.0.0.0/0"));
+        r._addJsonKeyValuePair("v6", prefix("::1/128"));
+     },
+     "",
+     R"({"cstr":"a","kel":"b","std":"c","view":"d","uchar":255,"uint":0,)"
+     R"("ulong":18446744073709551615,"yes":true,"no":false,"v4":"0.0.0.0/0","v6":"::1/128"})"
+     "\n"},
+    {"nesting and the comma rule",
+     [](RendererV2& r) {
+        r._startJsonObject("trafficPolicies");
+        r._startJsonObject("p1");
+        r._addJsonKeyValuePair("a", 1u);
+        r._startJsonList("names");
+        r._addJsonKeyValuePair("", "x");
+        r._addJsonKeyValuePair("", "y");
+        r.endJsonList();
+        r._startJsonList("rules");
+        r._startJsonListEntry();
+        r._addJsonKeyValuePair("low", 1u);
+        r._addJsonKeyValuePair("high", 2u);
+        r.endJsonDict();
+        r._startJsonListEntry();
+        r.endJsonDict();
+        r.endJsonList();
+        r._startJsonList("empty");
+        r.endJsonList();
+        r._startJsonObject("nothing");
+        r.endJsonDict();
+        r.endJsonDict();
+        r._startJsonObject("p2");
+        r.endJsonDict();
+        r.endJsonDict();
+        r._addJsonKeyValuePair("after", true);
+     },
+     "",
+     R"({"trafficPolicies":{"p1":{"a":1,"names":["x","y"],"rules":[{"low":1,"high":2},{}],)"
+     R"("empty":[],"nothing":{}},"p2":{}},"after":true})"
+     "\n"},
+    {"escaping of values and keys",
+     [](RendererV2& r) {
+        r._addJsonKeyValuePair("quote\"back\\slash", "say \"hi\" \\ there");
+        r._addJsonKeyValuePair("controls", "\n\t\r\b\f\x01\x1f\x7f");
+        r._addJsonKeyValuePair("utf8", "caf\xc3\xa9 \xe6\x97\xa5\xe6\x9c\xac \xf0\x9f\x98\x80");
+        r._addJsonKeyValuePair("malformed",
+                               "a\xff"
+                               "b\xc3"
+                               "c\xc0\xaf"
+                               "d\xed\xa0\x80"
+                               "e\xf4\x90\x80\x80");
+     },
+     "",
+     R"({"quote\"back\\slash":"say \"hi\" \\ there","controls":"\n\t\r\b\f\u0001\u001f)"
+     "\x7f"
+     R"(","utf8":"café 日本 😀","malformed":"a\ufffdb\ufffdc\ufffd\ufffdd\ufffd\ufffd\ufffde)"
+     R"(\ufffd\ufffd\ufffd\ufffd"})"
+     "\n"},
+    {"raw string writers",
+     [](RendererV2& r) {
+        r.writeJsonValue("k\"1");
+        r.buffer().append(':');
+        r.buffer().append('"');
+        r.writeQuotedString("v\\1");
+        r.buffer().append('"');
+     },
+     ":\"\"",
+     R"({"k\"1":"v\\1"})"
+     "\n"},
+};
+
+class RendererContract : public testing::TestWithParam<Case> {};
+
+TEST_P(RendererContract, TextOutput) {
+   EXPECT_EQ(render(OutputFormat_t::text, GetParam().calls), GetParam().text);
+}
+
+TEST_P(RendererContract, JsonOutputIsExactAndParses) {
+   auto const document = render(OutputFormat_t::json, GetParam().calls);
+   EXPECT_EQ(document, GetParam().json);
+   parseJson(document);
+}
+
+INSTANTIATE_TEST_SUITE_P(AllOperations, RendererContract, testing::ValuesIn(kCases),
+                         [](auto const& testInfo) {
+                            std::string name = testInfo.param.name;
+                            std::erase_if(name, [](char c) { return !std::isalnum(c); });
+                            return name;
+                         });
+
+TEST(RendererEscaping, ParsedStringsEqualTheirSource) {
+   std::string const texts[] = {"plain",           "with \"quotes\"", "back\\slash",
+                                "tab\tnew\nline",  "\x01\x02\x1f",    "caf\xc3\xa9",
+                                "\xf0\x9f\x98\x80"};
+   for (auto const& text : texts) {
+      auto const document =
+          render(OutputFormat_t::json, [&](RendererV2& r) { r._addJsonKeyValuePair(text, text); });
+      EXPECT_EQ(parseJson(document).at(text), text) << document;
+   }
+}
+
+TEST(RendererEscaping, LongStringsCrossingTheBufferAreIntact) {
+   std::string text(3 * 1048576 + 17, 'x');
+   for (std::size_t i = 0; i < text.size(); i += 4099) {
+      text[i] = '"';
+   }
+   auto const document =
+       render(OutputFormat_t::json, [&](RendererV2& r) { r._addJsonKeyValuePair("long", text); });
+   EXPECT_EQ(parseJson(document).at("long"), text);
+}
+
+TEST(RendererV2Construction, RefusesUnbufferedWriting) {
+   auto const previous = Kel::assertHandlerIs(&Kel::throwingAssertHandler);
+   testing_support::MemoryFile file;
+   vellum::VellumBuffer buffer(file.fd(), 4096, 1);
+   try {
+      RendererV2 renderer(OutputFormat_t::text, &buffer, false);
+      ADD_FAILURE() << "constructed unbuffered";
+   } catch (Kel::AssertionError const& error) {
+      EXPECT_EQ(error.expression(),
+                "buffered && \"This class doesn't support unbuffered writing\"");
+      EXPECT_EQ(error.function(), "RendererV2");
+   }
+   Kel::assertHandlerIs(previous);
+}
+
+TEST(RendererFormats, AnUnknownFormatWritesNothing) {
+   auto const output = render(static_cast<OutputFormat_t>(3), [](RendererV2& r) {
+      r.writeString("text");
+      r.eol();
+      r._startJsonObject("o");
+      r._addJsonKeyValuePair("k", 1u);
+      r.endJsonDict();
+   });
+   EXPECT_EQ(output, "");
+}
+
+}  // namespace

@@ -1,0 +1,202 @@
+// The print buffer: exact bytes across buffer boundaries, and how output ends when the reader goes
+// away, the user interrupts or the disk is full.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <string>
+#include <thread>
+
+#include "support/CapturedOutput.h"
+#include "vellum/SigIntException.h"
+#include "vellum/VellumBuffer.h"
+
+namespace {
+
+using vellum::SigIntException;
+using vellum::VellumBuffer;
+
+std::string pattern(std::size_t size) {
+   std::string text(size, '\0');
+   for (std::size_t i = 0; i < size; ++i) {
+      text[i] = static_cast<char>('a' + (i * 7 + i / 26) % 26);
+   }
+   return text;
+}
+
+// Reads until end of file or until `limit` bytes, whichever comes first.
+std::string readFrom(int fd, std::size_t limit = std::string::npos) {
+   std::string text;
+   char chunk[4096];
+   while (text.size() < limit) {
+      auto const wanted = std::min(sizeof chunk, limit - text.size());
+      auto const got = ::read(fd, chunk, wanted);
+      if (got <= 0) {
+         break;
+      }
+      text.append(chunk, static_cast<std::size_t>(got));
+   }
+   return text;
+}
+
+struct Pipe {
+   Pipe() { EXPECT_EQ(::pipe(ends), 0); }
+   ~Pipe() {
+      closeReader();
+      closeWriter();
+   }
+   void closeReader() { closeEnd(ends[0]); }
+   void closeWriter() { closeEnd(ends[1]); }
+   static void closeEnd(int& fd) {
+      if (fd >= 0) {
+         ::close(fd);
+         fd = -1;
+      }
+   }
+   int reader() const { return ends[0]; }
+   int writer() const { return ends[1]; }
+   int ends[2] = {-1, -1};
+};
+
+TEST(VellumBufferBytes, PiecesOfEverySizeArriveInOrder) {
+   // The buffer is at least 512 bytes; these pieces land below, on and across its edge.
+   std::size_t const pieceSizes[] = {0, 1, 7, 255, 511, 512, 513, 1024, 5000};
+   for (auto pieceSize : pieceSizes) {
+      auto const expected = pattern(20000);
+      testing_support::MemoryFile file;
+      {
+         VellumBuffer buffer(file.fd(), 512, 1);
+         for (std::size_t at = 0; at < expected.size();) {
+            auto const size = std::min(std::max<std::size_t>(pieceSize, 1), expected.size() - at);
+            if (pieceSize == 0) {
+               buffer.append(expected[at]);
+            } else {
+               buffer.append(std::string_view(expected).substr(at, size));
+            }
+            at += size;
+         }
+      }
+      EXPECT_EQ(file.contents(), expected) << "pieces of " << pieceSize;
+   }
+}
+
+TEST(VellumBufferBytes, FillAndReserveAcrossTheEdge) {
+   testing_support::MemoryFile file;
+   {
+      VellumBuffer buffer(file.fd(), 512, 1);
+      buffer.appendFill('.', 1500);
+      char* room = buffer.reserve(VellumBuffer::kMaxReserve);
+      std::fill(room, room + 3, 'x');
+      buffer.commit(3);
+   }
+   EXPECT_EQ(file.contents(), std::string(1500, '.') + "xxx");
+}
+
+TEST(VellumBufferEnd, ReaderGoneEndsWithSigIntAndKeepsWhatWasRead) {
+   Pipe pipe;
+   auto const output = pattern(4 * 1048576);
+   std::string received;
+   std::thread reader([&] {
+      received = readFrom(pipe.reader(), 100000);
+      pipe.closeReader();
+   });
+   try {
+      VellumBuffer buffer(pipe.writer(), 65536, 1);
+      buffer.append(output);
+      buffer.flush();
+      ADD_FAILURE() << "the whole output was written to a pipe nobody read";
+   } catch (SigIntException const& interrupted) {
+      EXPECT_STREQ(interrupted.what(), "output closed by its reader");
+   }
+   reader.join();
+   EXPECT_EQ(received, output.substr(0, received.size()));
+   EXPECT_EQ(received.size(), 100000u);
+
+   sigset_t pending;
+   sigpending(&pending);
+   EXPECT_EQ(sigismember(&pending, SIGPIPE), 0) << "our SIGPIPE was left pending";
+}
+
+TEST(VellumBufferEnd, FinalFlushReportsAClosedReader) {
+   Pipe pipe;
+   pipe.closeReader();
+   EXPECT_THROW(
+       {
+          VellumBuffer buffer(pipe.writer(), 4096, 1);
+          buffer.append("short output");
+       },
+       SigIntException);
+}
+
+class SigIntTest : public testing::Test {
+ protected:
+   void SetUp() override {
+      sigaction(SIGINT, nullptr, &previous_);
+      vellum::installSigIntHandler();
+      vellum::sigIntNoticedIs(false);
+   }
+   void TearDown() override {
+      vellum::sigIntNoticedIs(false);
+      sigaction(SIGINT, &previous_, nullptr);
+   }
+
+ private:
+   struct sigaction previous_ {};
+};
+
+TEST_F(SigIntTest, InterruptDuringABlockedWriteEndsTheOutput) {
+   Pipe pipe;
+   auto const output = pattern(4 * 1048576);
+   bool interrupted = false;
+   std::thread writer([&] {
+      try {
+         VellumBuffer buffer(pipe.writer(), 1048576, 1);
+         buffer.append(output);
+      } catch (SigIntException const&) {
+         interrupted = true;
+      }
+      pipe.closeWriter();
+   });
+   // Take some output so that the writer is known to be running, then interrupt it while the
+   // full pipe holds it in write().
+   auto received = readFrom(pipe.reader(), 200000);
+   while (!vellum::sigIntNoticed()) {
+      pthread_kill(writer.native_handle(), SIGINT);
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+   }
+   received += readFrom(pipe.reader());
+   writer.join();
+
+   EXPECT_TRUE(interrupted);
+   EXPECT_LT(received.size(), output.size());
+   EXPECT_EQ(received, output.substr(0, received.size()));
+}
+
+TEST_F(SigIntTest, NoticedInterruptStopsTheNextFlush) {
+   testing_support::MemoryFile file;
+   VellumBuffer buffer(file.fd(), 4096, 1);
+   buffer.append("written before");
+   buffer.flush();
+   buffer.append(" lost after");
+   vellum::sigIntNoticedIs(true);
+   EXPECT_THROW(buffer.flush(), SigIntException);
+   EXPECT_EQ(file.contents(), "written before");
+}
+
+TEST(VellumBufferEnd, FullDiskIsAWriteError) {
+   int const full = ::open("/dev/full", O_WRONLY);
+   ASSERT_GE(full, 0);
+   try {
+      VellumBuffer buffer(full, 4096, 1);
+      buffer.append("no room");
+      buffer.flush();
+      ADD_FAILURE() << "wrote to /dev/full";
+   } catch (vellum::WriteError const& error) {
+      EXPECT_EQ(error.code().value(), ENOSPC);
+   }
+   ::close(full);
+}
+
+}  // namespace

@@ -1,0 +1,38 @@
+// Test support: run rendering code against a real file descriptor and get back the bytes it
+// wrote, and check JSON with a parser independent of the renderer.
+#pragma once
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "vellum/Renderer.h"
+
+namespace testing_support {
+
+// An anonymous in-memory file; what is written to fd() can be read back with contents().
+class MemoryFile {
+ public:
+   MemoryFile();
+   ~MemoryFile();
+   MemoryFile(MemoryFile const&) = delete;
+   MemoryFile& operator=(MemoryFile const&) = delete;
+
+   int fd() const noexcept { return fd_; }
+   std::string contents() const;
+
+ private:
+   int fd_;
+};
+
+// Renders with a buffered RendererV2 in `format` and returns the output. In JSON the calls are
+// wrapped in the raw "{" and "}\n" that every command writes around its document.
+std::string render(vellum::OutputFormat_t format,
+                   std::function<void(vellum::RendererV2&)> const& calls);
+
+// Parses with nlohmann::json; a parse error fails the calling test with the document in the
+// message.
+nlohmann::json parseJson(std::string const& document);
+
+}  // namespace testing_support
