@@ -17,6 +17,8 @@ class CountedCollection {
 
    std::size_t size() const noexcept { return items_.size(); }
    bool empty() const noexcept { return items_.empty(); }
+   // True when the collection holds anything, so that "!filter->sources()" reads as "no sources".
+   explicit operator bool() const noexcept { return !items_.empty(); }
    std::uint64_t changeCount() const noexcept { return changeCount_; }
 
    iterator begin() noexcept { return items_.begin(); }

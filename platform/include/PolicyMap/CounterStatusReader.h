@@ -1,0 +1,76 @@
+// Readers of live policy counters. The show library reads counts through the base interface and
+// does not care where they live: in the state database (the "ledger" reader over a type status)
+// or in the shared-memory counter table (the "pylon" reader).
+#pragma once
+
+#include <cstdint>
+
+#include "Kel/Entity.h"
+#include "Kel/Ptr.h"
+#include "PolicyMap/Counters.h"
+#include "PolicyMap/PolicyMapStatus.h"
+#include "PolicyMap/Types.h"
+
+namespace PolicyMap {
+
+class PolicyMapCounterStatusReaderBase : public Kel::Entity {
+ public:
+   // Null when the policy or the counter is unknown.
+   virtual Kel::Ptr<PacketDataStatus const> classCounterData(
+       PolicyMapSmKey const& key, Kel::String const& className) const = 0;
+   virtual Kel::Ptr<PacketDataStatus const> namedCounterData(
+       PolicyMapSmKey const& key, Kel::String const& counterName) const = 0;
+   virtual std::uint32_t numClasses(PolicyMapSmKey const& key) const = 0;
+   virtual std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const = 0;
+};
+
+class PolicyMapLedgerCounterStatusReader : public PolicyMapCounterStatusReaderBase {
+ public:
+   // A null type status reads as empty.
+   explicit PolicyMapLedgerCounterStatusReader(Kel::Ptr<PolicyMapTypeStatus const> typeStatus)
+       : typeStatus_(std::move(typeStatus)) {}
+   Kel::TypeInfo const& fwkType() const override;
+
+   Kel::Ptr<PacketDataStatus const> classCounterData(PolicyMapSmKey const& key,
+                                                     Kel::String const& className) const override;
+   Kel::Ptr<PacketDataStatus const> namedCounterData(PolicyMapSmKey const& key,
+                                                     Kel::String const& counterName) const override;
+   std::uint32_t numClasses(PolicyMapSmKey const& key) const override;
+   std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const override;
+
+ protected:
+   Kel::Ptr<PolicyMapTypeStatus const> const& typeStatus() const noexcept { return typeStatus_; }
+
+ private:
+   PolicyMapStatus const* policy(PolicyMapSmKey const& key) const;
+
+   Kel::Ptr<PolicyMapTypeStatus const> typeStatus_;
+};
+
+class PolicyMapPylonCounterStatusReader : public PolicyMapCounterStatusReaderBase {
+ public:
+   // A null table reads as empty.
+   explicit PolicyMapPylonCounterStatusReader(
+       Kel::Ptr<Counters::PolicyMapTypeCounters const> typeCounters)
+       : typeCounters_(std::move(typeCounters)) {}
+   Kel::TypeInfo const& fwkType() const override;
+
+   Kel::Ptr<PacketDataStatus const> classCounterData(PolicyMapSmKey const& key,
+                                                     Kel::String const& className) const override;
+   Kel::Ptr<PacketDataStatus const> namedCounterData(PolicyMapSmKey const& key,
+                                                     Kel::String const& counterName) const override;
+   std::uint32_t numClasses(PolicyMapSmKey const& key) const override;
+   std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const override;
+
+ protected:
+   Kel::Ptr<Counters::PolicyMapTypeCounters const> const& typeCounters() const noexcept {
+      return typeCounters_;
+   }
+
+ private:
+   Counters::PolicyMapCounters const* policy(PolicyMapSmKey const& key) const;
+
+   Kel::Ptr<Counters::PolicyMapTypeCounters const> typeCounters_;
+};
+
+}  // namespace PolicyMap

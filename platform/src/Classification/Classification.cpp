@@ -1,0 +1,105 @@
+// Ranges, field sets and structured filters: their text forms, orderings and type descriptors.
+#include <numeric>
+
+#include "Classification/FieldSetConfig.h"
+#include "Classification/Range.h"
+#include "Classification/StructuredFilter.h"
+
+namespace Classification {
+
+std::string NumericalRange::stringValue() const {
+   auto text = std::to_string(low);
+   if (high != low) {
+      text += '-';
+      text += std::to_string(high);
+   }
+   return text;
+}
+
+std::strong_ordering operator<=>(VlanRangeSet const& left, VlanRangeSet const& right) {
+   auto byRanges = std::lexicographical_compare_three_way(left.vlans_.begin(), left.vlans_.end(),
+                                                          right.vlans_.begin(), right.vlans_.end());
+   if (byRanges != 0) {
+      return byRanges;
+   }
+   return std::lexicographical_compare_three_way(
+       left.vlanFieldSets_.begin(), left.vlanFieldSets_.end(), right.vlanFieldSets_.begin(),
+       right.vlanFieldSets_.end());
+}
+
+std::string_view toString(ContentsSource source) noexcept {
+   switch (source) {
+      case ContentsSource::unknown:
+         return "unknown";
+      case ContentsSource::staticSource:
+         return "static";
+      case ContentsSource::bgp:
+         return "bgp";
+      case ContentsSource::controller:
+         return "controller";
+   }
+   return "unknown";
+}
+
+std::uint32_t RangeFieldSetSubConfig::numValues() const noexcept {
+   auto const total = std::accumulate(
+       ranges_.begin(), ranges_.end(), std::uint64_t{0},
+       [](std::uint64_t sum, NumericalRange const& range) { return sum + range.width(); });
+   return static_cast<std::uint32_t>(std::min<std::uint64_t>(total, UINT32_MAX));
+}
+
+Kel::TypeInfo const& ProtoField::fwkType() const {
+   static Kel::TypeInfo const info("Classification::ProtoField", nullptr, {});
+   return info;
+}
+
+Kel::TypeInfo const& StructuredFilter::fwkType() const {
+   static Kel::TypeInfo const info(
+       "Classification::StructuredFilter", nullptr,
+       {Kel::readOnly("matchBgpNeighbors", &StructuredFilter::matchBgpNeighbors),
+        Kel::readOnly("matchBgpProtocol", &StructuredFilter::matchBgpProtocol),
+        Kel::readOnly("matchIpOptions", &StructuredFilter::matchIpOptions),
+        Kel::readOnly("innerMatch", &StructuredFilter::innerMatch)});
+   return info;
+}
+
+Kel::TypeInfo const& PrefixFieldSetSubConfig::fwkType() const {
+   static Kel::TypeInfo const info(
+       "Classification::PrefixFieldSetSubConfig", nullptr,
+       {Kel::readOnly("source", &PrefixFieldSetSubConfig::source),
+        Kel::readOnly("numPrefixes", &PrefixFieldSetSubConfig::numPrefixes),
+        Kel::readOnly("numExceptPrefixes", &PrefixFieldSetSubConfig::numExceptPrefixes)});
+   return info;
+}
+
+Kel::TypeInfo const& RangeFieldSetSubConfig::fwkType() const {
+   static Kel::TypeInfo const info(
+       "Classification::RangeFieldSetSubConfig", nullptr,
+       {Kel::readOnly("source", &RangeFieldSetSubConfig::source),
+        Kel::readOnly("numValues", &RangeFieldSetSubConfig::numValues)});
+   return info;
+}
+
+template <typename SubConfig>
+Kel::TypeInfo const& FieldSet<SubConfig>::fwkType() const {
+   static Kel::TypeInfo const info(
+       "Classification::FieldSet", nullptr,
+       {Kel::readOnly("name", &FieldSet::name), Kel::readOnly("currCfg", &FieldSet::currCfg)});
+   return info;
+}
+
+template class FieldSet<PrefixFieldSetSubConfig>;
+template class FieldSet<L4PortFieldSetSubConfig>;
+template class FieldSet<VlanFieldSetSubConfig>;
+
+Kel::TypeInfo const& FieldSetConfig::fwkType() const {
+   static Kel::TypeInfo const info(
+       "Classification::FieldSetConfig", nullptr,
+       {Kel::readOnly("fieldSetIpPrefix", &FieldSetConfig::fieldSetIpPrefix),
+        Kel::readOnly("fieldSetIpv6Prefix", &FieldSetConfig::fieldSetIpv6Prefix),
+        Kel::readOnly("fieldSetL4Port", &FieldSetConfig::fieldSetL4Port),
+        Kel::readOnly("fieldSetVlan", &FieldSetConfig::fieldSetVlan)});
+   return info;
+}
+
+}  // namespace Classification
