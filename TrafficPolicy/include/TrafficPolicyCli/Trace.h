@@ -1,0 +1,13 @@
+// The library's trace facility ("TrafficPolicyCli"): level 8 on entry to a step, 7 for things not
+// found, 4 for summaries, 1 for configuration problems and counters that moved backwards.
+#pragma once
+
+#include "Kel/Trace.h"
+
+namespace TrafficPolicyCli {
+
+Kel::TraceFacility& traceFacility();
+
+}  // namespace TrafficPolicyCli
+
+#define TP_TRACE(level) KEL_TRACE(::TrafficPolicyCli::traceFacility(), level)
