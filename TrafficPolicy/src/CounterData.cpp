@@ -1,0 +1,91 @@
+// Snapshot subtraction and lookups of cached counter records.
+#include "TrafficPolicyCli/CounterData.h"
+
+#include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/Trace.h"
+
+namespace TrafficPolicyCli {
+
+namespace {
+
+// live minus the snapshot's count, or 0 (traced) when the counter went backwards. The caller has
+// checked that the snapshot belongs to the same instance.
+std::uint64_t sinceSnapshot(std::uint64_t live, std::uint64_t snapshot,
+                            Kel::String const& policyName, char const* kind,
+                            Kel::String const& name) {
+   if (live < snapshot) {
+      TP_TRACE(1) << "Counter value for policy " << policyName.view() << ", " << kind << " "
+                  << name.view() << " has moved backwards";
+      return 0;
+   }
+   return live - snapshot;
+}
+
+enum class Measure { packets, bytes };
+
+std::uint64_t namedCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                         PolicyMap::PacketDataStatus const& data, Kel::String const& policyName,
+                         Measure measure) {
+   auto const live = measure == Measure::packets ? data.pkts() : data.bytes();
+   auto const snapshot = counter ? counter->namedSnapshot({policyName, data.name()}) : nullptr;
+   if (!snapshot || snapshot->instanceId() != data.instanceId()) {
+      return live;
+   }
+   auto const& total = snapshot->totalCount();
+   return sinceSnapshot(live, measure == Measure::packets ? total.packets : total.bytes, policyName,
+                        "counter", data.name());
+}
+
+Kel::Ptr<PolicyMap::PacketDataStatus const> lookup(CounterDataMap const& counters,
+                                                   Kel::String const& name) {
+   auto const* data = counters.lookup(name);
+   return data ? *data : nullptr;
+}
+
+// The output half of an interface record; callers ask for it only on interface records.
+PolicyStateInterface const& interfaceRecord(PolicyState::PtrConst const& policyState) {
+   return static_cast<PolicyStateInterface const&>(*policyState);
+}
+
+}  // namespace
+
+std::uint64_t getRulePacketCount(Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
+                                 Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                 Kel::String const& policyName) {
+   auto const live = packetData->pkts();
+   TrafficPolicy::CounterVersion const fresh;
+   auto const* found = counter ? counter->snapshot({policyName, packetData->name()}) : nullptr;
+   auto const& snapshot = found ? *found : fresh;
+   if (snapshot.instanceId != packetData->instanceId()) {
+      return live;
+   }
+   return sinceSnapshot(live, snapshot.pkts, policyName, "class", packetData->name());
+}
+
+std::uint64_t getNamedPacketCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                  Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
+                                  Kel::String const& policyName) {
+   return namedCount(counter, *packetData, policyName, Measure::packets);
+}
+
+std::uint64_t getNamedByteCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
+                                Kel::String const& policyName) {
+   return namedCount(counter, *packetData, policyName, Measure::bytes);
+}
+
+Kel::Ptr<PolicyMap::PacketDataStatus const> getUnnamedCounterData(
+    PolicyState::PtrConst const& policyState, Kel::String const& className, bool isInput) {
+   return lookup(isInput ? policyState->inputClassCounters()
+                         : interfaceRecord(policyState).outputClassCounters(),
+                 className);
+}
+
+Kel::Ptr<PolicyMap::PacketDataStatus const> getNamedCounterData(
+    PolicyState::PtrConst const& policyState, Kel::String const& counterName, bool isInput) {
+   return lookup(isInput ? policyState->inputNamedCounters()
+                         : interfaceRecord(policyState).outputNamedCounters(),
+                 counterName);
+}
+
+}  // namespace TrafficPolicyCli

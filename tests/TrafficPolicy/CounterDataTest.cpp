@@ -1,0 +1,123 @@
+// Counter arithmetic against snapshots: same life, another life, no snapshot, backwards, bytes
+// apart from packets, and values near 2^64.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "TrafficPolicyCli/CounterData.h"
+#include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/Trace.h"
+
+namespace {
+
+using TrafficPolicyCli::getNamedByteCount;
+using TrafficPolicyCli::getNamedPacketCount;
+using TrafficPolicyCli::getRulePacketCount;
+
+constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
+
+Kel::Ptr<PolicyMap::PacketDataStatus const> live(char const* name, std::uint64_t instance,
+                                                 std::uint64_t packets, std::uint64_t bytes) {
+   auto data = Kel::make<PolicyMap::PacketDataStatus>(name, instance);
+   data->countIs({packets, bytes});
+   return data;
+}
+
+struct Row {
+   char const* name;
+   std::uint64_t liveInstance;
+   std::uint64_t livePackets;
+   std::uint64_t liveBytes;
+   bool snapshotTaken;
+   std::uint64_t snapshotInstance;
+   std::uint64_t snapshotPackets;
+   std::uint64_t snapshotBytes;
+   std::uint64_t shownPackets;
+   std::uint64_t shownBytes;
+   bool tracedBackwards;
+};
+
+Row const kRows[] = {
+    {"same life", 7, 100, 9000, true, 7, 40, 1000, 60, 8000, false},
+    {"another life", 8, 100, 9000, true, 7, 40, 1000, 100, 9000, false},
+    {"no snapshot", 7, 100, 9000, false, 0, 0, 0, 100, 9000, false},
+    {"packets backwards", 7, 100, 9000, true, 7, 120, 1000, 0, 8000, true},
+    {"bytes backwards alone", 7, 100, 900, true, 7, 40, 1000, 60, 0, true},
+    {"near 2^64", 7, kMax, kMax, true, 7, 1, kMax - 5, kMax - 1, 5, false},
+    {"snapshot at 2^64-1", 7, kMax, 0, true, 7, kMax, 0, 0, 0, false},
+};
+
+class CounterDataTest : public testing::Test {
+ protected:
+   void SetUp() override {
+      level_ = TrafficPolicyCli::traceFacility().level();
+      TrafficPolicyCli::traceFacility().levelIs(1);
+      sink_ = Kel::traceSinkIs([this](Kel::TraceFacility const&, int, std::string_view line) {
+         lines_.emplace_back(line);
+      });
+   }
+   void TearDown() override {
+      Kel::traceSinkIs(sink_);
+      TrafficPolicyCli::traceFacility().levelIs(level_);
+   }
+   std::vector<std::string> lines_;
+
+ private:
+   int level_ = 0;
+   Kel::TraceSink sink_;
+};
+
+TEST_F(CounterDataTest, NamedCountersSubtractPacketsAndBytesApart) {
+   for (auto const& row : kRows) {
+      lines_.clear();
+      auto counter = Kel::make<TrafficPolicy::Counter>();
+      if (row.snapshotTaken) {
+         counter->namedSnapshotIs({"p1", "c1"}, row.snapshotInstance)
+             ->totalCountIs({row.snapshotPackets, row.snapshotBytes});
+      }
+      auto const data = live("c1", row.liveInstance, row.livePackets, row.liveBytes);
+      EXPECT_EQ(getNamedPacketCount(counter, data, "p1"), row.shownPackets) << row.name;
+      EXPECT_EQ(getNamedByteCount(counter, data, "p1"), row.shownBytes) << row.name;
+      EXPECT_EQ(!lines_.empty(), row.tracedBackwards) << row.name;
+      if (!lines_.empty()) {
+         EXPECT_EQ(lines_.front(), "Counter value for policy p1, counter c1 has moved backwards");
+      }
+   }
+}
+
+TEST_F(CounterDataTest, RuleCountersSubtractPackets) {
+   for (auto const& row : kRows) {
+      lines_.clear();
+      auto counter = Kel::make<TrafficPolicy::Counter>();
+      if (row.snapshotTaken) {
+         counter->snapshotIs({"p1", "r1"}, {row.snapshotInstance, row.snapshotPackets});
+      }
+      auto const data = live("r1", row.liveInstance, row.livePackets, row.liveBytes);
+      EXPECT_EQ(getRulePacketCount(data, counter, "p1"), row.shownPackets) << row.name;
+      bool const packetsBackwards =
+          row.shownPackets == 0 && row.livePackets != 0 && row.livePackets < row.snapshotPackets;
+      EXPECT_EQ(!lines_.empty(), packetsBackwards) << row.name;
+      if (!lines_.empty()) {
+         EXPECT_EQ(lines_.front(), "Counter value for policy p1, class r1 has moved backwards");
+      }
+   }
+}
+
+TEST_F(CounterDataTest, NoSnapshotStoreShowsTheLiveCount) {
+   auto const data = live("r1", 3, 42, 420);
+   EXPECT_EQ(getRulePacketCount(data, nullptr, "p1"), 42u);
+   EXPECT_EQ(getNamedByteCount(nullptr, data, "p1"), 420u);
+}
+
+TEST_F(CounterDataTest, CachedRecordsPerDirection) {
+   auto record = TrafficPolicyCli::policyStateInterfaceFactory("p1");
+   record->cacheClassCounterData(live("r1", 1, 1, 1), true);
+   record->cacheNamedCounterData(live("c1", 1, 2, 2), false);
+   TrafficPolicyCli::PolicyState::PtrConst const state = record;
+   EXPECT_TRUE(TrafficPolicyCli::getUnnamedCounterData(state, "r1", true));
+   EXPECT_FALSE(TrafficPolicyCli::getUnnamedCounterData(state, "r1", false));
+   EXPECT_TRUE(TrafficPolicyCli::getNamedCounterData(state, "c1", false));
+   EXPECT_FALSE(TrafficPolicyCli::getNamedCounterData(state, "c1", true));
+}
+
+}  // namespace
