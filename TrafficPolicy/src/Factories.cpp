@@ -1,66 +1,75 @@
-// The exported factories. Until the interface, CPU and field-set views are built, every factory
-// makes the base show object, which renders nothing.
+// The exported factories: each makes its show object, switches its notifications on and hands
+// it over as a counted reference.
 #include "TrafficPolicyCli/Factories.h"
 
-#include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
 
 namespace TrafficPolicyCli {
 
 namespace {
 
-Kel::Ptr<ShowCommand> emptyShowCommand() {
-   Kel::Ptr<ShowCommand> command =
-       Kel::make<ShowTrafficPolicyBase>(nullptr, nullptr, nullptr, Kel::String(), false, false,
-                                        false, false, false, nullptr, nullptr, nullptr);
+template <typename Command, typename... Args>
+Kel::Ptr<ShowCommand> made(Args const&... args) {
+   Kel::Ptr<ShowCommand> command = Kel::make<Command>(args...);
    command->hasNotificationActiveIs(true);
    return command;
+}
+
+// Until the field-set listings are built, their commands list nothing: a base object without
+// policies to cache.
+Kel::Ptr<ShowCommand> fieldSetListing(Handle<Classification::FieldSetConfig> fieldSetConfig) {
+   return made<ShowTrafficPolicyBase>(nullptr, nullptr, nullptr, Kel::String(), false, false, false,
+                                      false, false, fieldSetConfig, nullptr, nullptr);
 }
 
 }  // namespace
 
 Kel::Ptr<ShowCommand> showTrafficPolicyBaseFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS) {
-   Kel::Ptr<ShowCommand> command = Kel::make<ShowTrafficPolicyBase>(
-       config, status, counter, policyName, summary, errors, detail, counters, fifthFlag,
-       fieldSetConfig, trafficPolicyHwStatus, counterTable);
-   command->hasNotificationActiveIs(true);
-   return command;
+   return made<ShowTrafficPolicyBase>(config, status, counter, policyName, summary, errors, detail,
+                                      counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
+                                      counterTable);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(
-    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status>,
-    Handle<TrafficPolicy::Counter>, Handle<PolicyMap::IntfConfig>, Handle<PolicyMap::IntfConfig>,
-    Handle<TrafficPolicy::TrafficPolicyIntfParamStatus>,
-    Handle<PolicyMap::Counters::PolicyMapTypeCounters>, bool, bool) {
-   return showTrafficPolicyBaseFactory(config, status, counter, policyName, summary, errors, detail,
-                                       counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
-                                       counterTable);
+    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
+    Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
+    Handle<PolicyMap::IntfConfig> intfConfigOutput,
+    Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
+    Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
+    bool filterInputPolicies, bool filterOutputPolicies) {
+   return made<ShowTrafficPolicyInterface>(
+       config, status, counter, policyName, summary, errors, detail, counters, fifthFlag,
+       fieldSetConfig, trafficPolicyHwStatus, counterTable, statusOutput, counterOutput,
+       intfConfigInput, intfConfigOutput, policyParamStatus, counterStatusOutput,
+       filterInputPolicies, filterOutputPolicies);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyCpuFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
-                                                  Handle<PolicyMap::VrfConfig>,
-                                                  Handle<Ip::AllVrfConfig>,
-                                                  Handle<L3::Intf::StatusDir>) {
-   return showTrafficPolicyBaseFactory(config, status, counter, policyName, summary, errors, detail,
-                                       counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
-                                       counterTable);
+                                                  Handle<PolicyMap::VrfConfig> vrfConfig,
+                                                  Handle<Ip::AllVrfConfig> allVrfConfig,
+                                                  Handle<L3::Intf::StatusDir> l3IntfStatusDir) {
+   return made<ShowTrafficPolicyCpu>(config, status, counter, policyName, summary, errors, detail,
+                                     counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
+                                     counterTable, vrfConfig, allVrfConfig, l3IntfStatusDir);
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(Handle<Classification::FieldSetConfig>,
-                                                             Kel::String const&, bool, bool,
-                                                             Quoll::IpGenPrefix const&, bool) {
-   return emptyShowCommand();
+Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(
+    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const&, bool, bool,
+    Quoll::IpGenPrefix const&, bool) {
+   return fieldSetListing(fieldSetConfig);
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyL4PortFieldSetFactory(Handle<Classification::FieldSetConfig>,
-                                                             Kel::String const&, bool,
-                                                             Classification::PortRange const&) {
-   return emptyShowCommand();
+Kel::Ptr<ShowCommand> showTrafficPolicyL4PortFieldSetFactory(
+    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const&, bool,
+    Classification::PortRange const&) {
+   return fieldSetListing(fieldSetConfig);
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFactory(Handle<Classification::FieldSetConfig>,
-                                                           Kel::String const&, bool,
-                                                           Classification::VlanRange const&) {
-   return emptyShowCommand();
+Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFactory(
+    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const&, bool,
+    Classification::VlanRange const&) {
+   return fieldSetListing(fieldSetConfig);
 }
 
 }  // namespace TrafficPolicyCli

@@ -1,11 +1,29 @@
-// The show object's handles and the interrupt handling around rendering.
+// The show object's shared caching pipeline: every policy of the status in name order, its
+// configuration and status, its named counters, its rules and its live counters.
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 
 #include <cstdio>
+#include <vector>
 
+#include "Kel/Assert.h"
+#include "Kel/RobustWalk.h"
+#include "Kel/Value.h"
+#include "TrafficPolicyCli/Trace.h"
 #include "vellum/SigIntException.h"
 
 namespace TrafficPolicyCli {
+
+namespace {
+
+constexpr std::uint32_t kIndentCountPerLevel = 3;
+
+template <typename Map>
+typename Map::mapped_type valueOr(Map const& map, typename Map::key_type const& key) {
+   auto const* value = map.lookup(key);
+   return value ? *value : typename Map::mapped_type();
+}
+
+}  // namespace
 
 ShowTrafficPolicyBase::ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS)
     : config_(config),
@@ -19,7 +37,9 @@ ShowTrafficPolicyBase::ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS)
       fifthFlag_(fifthFlag),
       fieldSetConfig_(fieldSetConfig),
       trafficPolicyHwStatus_(trafficPolicyHwStatus),
-      counterTable_(counterTable) {}
+      counterTable_(counterTable) {
+   fieldSetStateIs("");
+}
 
 Kel::TypeInfo const& ShowTrafficPolicyBase::typeInfo() {
    using Self = ShowTrafficPolicyBase;
@@ -32,12 +52,18 @@ Kel::TypeInfo const& ShowTrafficPolicyBase::typeInfo() {
         Kel::readOnly("fifthFlag", &Self::fifthFlag),
         Kel::readOnly("fieldSetConfig", &Self::fieldSetConfig),
         Kel::readOnly("trafficPolicyHwStatus", &Self::trafficPolicyHwStatus),
-        Kel::readOnly("counterTable", &Self::counterTable)});
+        Kel::readOnly("counterTable", &Self::counterTable),
+        Kel::readOnly("fieldSetState", &Self::fieldSetState),
+        Kel::readOnly("policyState",
+                      static_cast<PolicyStateMap const& (Self::*)() const>(&Self::policyState)),
+        Kel::readOnly("inputCounterHelper", &Self::inputCounterHelper)});
    return info;
 }
 
 void ShowTrafficPolicyBase::render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) {
    try {
+      cacheFieldSetState();
+      cachePoliciesState();
       if (counters_) {
          renderTrafficPolicyCounters(fd, fmt, revision);
       } else {
@@ -52,5 +78,291 @@ void ShowTrafficPolicyBase::renderTrafficPolicy(std::uint32_t, std::uint32_t, st
 
 void ShowTrafficPolicyBase::renderTrafficPolicyCounters(std::uint32_t, std::uint32_t,
                                                         std::uint32_t) {}
+
+void ShowTrafficPolicyBase::renderCountAction(vellum::RendererV2*, std::uint32_t,
+                                              PolicyState::PtrConst const&,
+                                              Kel::Ptr<PolicyMap::CountAction const> const&,
+                                              std::uint32_t) {}
+
+void ShowTrafficPolicyBase::cachePoliciesState() {
+   TP_TRACE(8) << "virtual void TrafficPolicyCli::ShowTrafficPolicyBase::cachePoliciesState()";
+   inputCounterHelper_ = createCounterStatusHelper(true);
+   if (!status_) {
+      return;
+   }
+   Kel::robustWalk(status_->policyMapStatus(),
+                   [this](Kel::String const& name, auto const&) { cachePolicyState(name); });
+}
+
+void ShowTrafficPolicyBase::cachePolicyState(Kel::String const& policyName) {
+   TP_TRACE(8) << "virtual void TrafficPolicyCli::ShowTrafficPolicyBase::cachePolicyState("
+                  "const Kel::String&)policyName:"
+               << policyName.view();
+   auto record = getOrCreatePolicyState(policyName);
+   record->byteCountersSupportedIs(status_ && status_->byteCountersSupported());
+   record->summaryIs(summary_);
+   record->errorsIs(errors_);
+   record->detailIs(detail_);
+   record->indentCountPerLevelIs(kIndentCountPerLevel);
+   record->policyMapConfigIs(config_ ? valueOr(config_->policyMapConfig(), policyName) : nullptr);
+
+   auto const policyStatus = getPolicyMapStatus(policyName);
+   KEL_ASSERT(policyStatus);
+   cachePolicyMapStatus(policyStatus);
+
+   if (!record->policyMapConfig()) {
+      TP_TRACE(7) << "PolicyMapConfig not found for " << policyName.view();
+      return;
+   }
+   auto const currCfg = record->policyMapConfig()->currCfg();
+   if (!currCfg) {
+      TP_TRACE(7) << "currCfg not found for " << policyName.view();
+      return;
+   }
+   for (auto const& counterName : currCfg->namedCounter()) {
+      record->namedCounterIs(counterName, true);
+   }
+   cacheClassState(currCfg);
+   cacheIntfStatus(policyStatus);
+   record->matchOptionListIs(PolicyMap::ClassMapMatchOption::ipv4);
+   record->matchOptionListIs(PolicyMap::ClassMapMatchOption::ipv6);
+   for (auto const option : record->matchOptionList()) {
+      cacheInstalledState(policyStatus, option);
+      cacheInstallError(policyStatus, option);
+   }
+   cacheCounters(policyName);
+   record->counterIs(counter_);
+}
+
+void ShowTrafficPolicyBase::cacheIntfStatus(PolicyMapStatusPtr const&) {}
+
+void ShowTrafficPolicyBase::cacheInstalledState(PolicyMapStatusPtr const&,
+                                                PolicyMap::ClassMapMatchOption) {}
+
+void ShowTrafficPolicyBase::cacheInstallError(PolicyMapStatusPtr const&,
+                                              PolicyMap::ClassMapMatchOption) {}
+
+void ShowTrafficPolicyBase::cacheCounters(Kel::String const& policyName) {
+   auto record = getOrCreatePolicyState(policyName);
+   PolicyMap::PolicyMapSmKey const key{policyName, Kel::String()};
+   auto const policyStatus = getPolicyMapStatus(policyName);
+   if (!inputCounterHelper_) {
+      return;
+   }
+   Kel::robustWalk(record->namedCounter(), [&](Kel::String const& name, bool) {
+      if (auto data = inputCounterHelper_->namedCounterData(key, name)) {
+         record->inputNamedCountersIs(data);
+      }
+   });
+   if (!policyStatus) {
+      return;
+   }
+   Kel::robustWalk(policyStatus->classMapStatus(), [&](Kel::String const& name, auto const&) {
+      if (auto data = inputCounterHelper_->classCounterData(key, name)) {
+         record->inputClassCountersIs(data);
+      }
+   });
+}
+
+Kel::Ptr<PolicyState> ShowTrafficPolicyBase::getOrCreatePolicyState(Kel::String const&) {
+   return nullptr;
+}
+
+Kel::Ptr<ShowTrafficPolicyBase::CounterReader const>
+ShowTrafficPolicyBase::createCounterStatusHelper(bool) {
+   return counterReaderOver(status_, counterTable_);
+}
+
+Kel::Ptr<ShowTrafficPolicyBase::CounterReader const> ShowTrafficPolicyBase::counterReaderOver(
+    Kel::Ptr<TrafficPolicy::Status const> const& directionStatus,
+    Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> const& directionTable) const {
+   if (trafficPolicyHwStatus_ && trafficPolicyHwStatus_->sharedMemoryCounters()) {
+      return Kel::make<PolicyMap::PolicyMapPylonCounterStatusReader>(directionTable);
+   }
+   return Kel::make<PolicyMap::PolicyMapLedgerCounterStatusReader>(directionStatus);
+}
+
+ShowTrafficPolicyBase::PolicyMapStatusPtr ShowTrafficPolicyBase::getPolicyMapStatus(
+    Kel::String const& policyName) {
+   return status_ ? valueOr(status_->policyMapStatus(), policyName) : nullptr;
+}
+
+void ShowTrafficPolicyBase::cachePolicyMapStatus(PolicyMapStatusPtr const& policyStatus) {
+   if (!policyStatus) {
+      return;
+   }
+   auto record = getOrCreatePolicyState(policyStatus->name());
+   if (record->policyStatus() != policyStatus) {
+      record->policyStatusIs(policyStatus);
+   }
+}
+
+void ShowTrafficPolicyBase::cacheClassMapStatus(
+    Kel::String const& policyName, std::uint32_t ruleIndex,
+    Kel::Ptr<PolicyMap::ClassMapStatus const> const& classMapStatus) {
+   if (!classMapStatus) {
+      return;
+   }
+   getOrCreatePolicyState(policyName)->classMapStatusInputIs(ruleIndex, classMapStatus);
+}
+
+void ShowTrafficPolicyBase::cacheClassState(
+    Kel::Ptr<PolicyMap::PolicyMapSubConfig const> const& pmapSubConfig) {
+   auto const& policyName = pmapSubConfig->name();
+   auto record = getOrCreatePolicyState(policyName);
+   auto const policyStatus = getPolicyMapStatus(policyName);
+   KEL_ASSERT(policyStatus);
+
+   std::vector<Kel::String> ruleNames;
+   Kel::robustWalk(pmapSubConfig->rule(), [&ruleNames](std::uint32_t, Kel::String const& name) {
+      ruleNames.push_back(name);
+   });
+
+   std::uint32_t ruleIndex = 0;
+   for (auto const& name : ruleNames) {
+      auto const cmapStatus = valueOr(policyStatus->classMapStatus(), name);
+      if (!cmapStatus) {
+         TP_TRACE(7) << "ClassMapStatus not found for " << name.view();
+         continue;
+      }
+      if (cmapStatus->matchs().empty()) {
+         TP_TRACE(1) << "No match option status found for " << name.view();
+         continue;
+      }
+      // A rule is processed for one match option only; the state loader refuses any other.
+      KEL_ASSERT(cmapStatus->matchs().size() == 1);
+      auto const option = *cmapStatus->matchs().begin();
+
+      Kel::Ptr<PolicyMap::ClassMapMatch const> match = Kel::make<PolicyMap::ClassMapMatch>(option);
+      if (auto const classMap = valueOr(pmapSubConfig->classMap(), name)) {
+         if (auto configured = valueOr(classMap->match(), option)) {
+            TP_TRACE(7) << "Found class match config for " << name.view() << ", " << option;
+            match = configured;
+         }
+      }
+      TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
+      cacheClassMapStatus(policyName, ruleIndex, cmapStatus);
+      record->classMapConfigIs(ruleIndex, match);
+      if (!record->undefinedFieldSet()) {
+         checkFieldSetReferences(*record, *match);
+      }
+      checkCounterReference(*record, *pmapSubConfig, name);
+      ++ruleIndex;
+   }
+   TP_TRACE(4) << "ruleCount " << ruleIndex << ", total class count " << ruleNames.size();
+   record->ruleCountIs(ruleIndex);
+}
+
+namespace {
+
+template <typename SubConfig>
+bool allDefined(Classification::NameSet const& names,
+                Classification::FieldSetMap<SubConfig> const& defined) {
+   for (auto const& name : names) {
+      if (!defined.contains(name)) {
+         return false;
+      }
+   }
+   return true;
+}
+
+// Every field-set name a filter refers to, checked against the sets of its kind: VLAN sets
+// first, then prefix sets of the family, then L4-port sets.
+bool filterReferencesDefined(Classification::StructuredFilter const& filter,
+                             Classification::FieldSetConfig const& fieldSets, bool ipv4) {
+   for (auto const& tag : filter.vlanTags()) {
+      if (!allDefined(tag.vlanFieldSets(), fieldSets.fieldSetVlan())) {
+         return false;
+      }
+   }
+   auto const& prefixSets = ipv4 ? fieldSets.fieldSetIpPrefix() : fieldSets.fieldSetIpv6Prefix();
+   for (auto const* names : {&filter.srcPrefixSets(), &filter.srcLpmPrefixSets(),
+                             &filter.dstPrefixSets(), &filter.dstLpmPrefixSets()}) {
+      if (!allDefined(*names, prefixSets)) {
+         return false;
+      }
+   }
+   for (auto const& [protocols, protoField] : filter.proto()) {
+      for (auto const& ports : protoField->port()) {
+         if (!allDefined(ports.srcL4PortFieldSets(), fieldSets.fieldSetL4Port()) ||
+             !allDefined(ports.dstL4PortFieldSets(), fieldSets.fieldSetL4Port())) {
+            return false;
+         }
+      }
+   }
+   // An inner header is looked up in the sets of its own family, as it is shown.
+   auto const inner = filter.innerMatch();
+   return !inner || filterReferencesDefined(*inner, fieldSets,
+                                            inner->addressFamily() == Quoll::AddressFamily::ipv4);
+}
+
+}  // namespace
+
+void ShowTrafficPolicyBase::checkFieldSetReferences(PolicyState& record,
+                                                    PolicyMap::ClassMapMatch const& match) const {
+   auto const filter = match.structuredFilter();
+   if (!filter || !fieldSetConfig_) {
+      return;
+   }
+   bool const ipv4 = match.option() == PolicyMap::ClassMapMatchOption::ipv4;
+   if (!filterReferencesDefined(*filter, *fieldSetConfig_, ipv4)) {
+      record.undefinedFieldSetIs(true);
+   }
+}
+
+void ShowTrafficPolicyBase::checkCounterReference(
+    PolicyState& record, PolicyMap::PolicyMapSubConfig const& pmapSubConfig,
+    Kel::String const& ruleName) const {
+   auto const classAction = valueOr(pmapSubConfig.classAction(), ruleName);
+   if (!classAction) {
+      return;
+   }
+   auto const action = valueOr(classAction->policyAction(), PolicyMap::ActionType::count);
+   if (!action) {
+      return;
+   }
+   auto const& counterName = static_cast<PolicyMap::CountAction const&>(*action).counterName();
+   if (!counterName.empty() && !record.namedCounter().contains(counterName)) {
+      TP_TRACE(1) << "Class: " << ruleName.view()
+                  << " has undefined counter: " << counterName.view();
+      record.undefinedCounterIs(true);
+   }
+}
+
+void ShowTrafficPolicyBase::cacheFieldSetState() {
+   KEL_ASSERT(fieldSetConfig());
+   auto& usage = *fieldSetState_;
+   for (auto const& [name, fieldSet] : fieldSetConfig_->fieldSetL4Port()) {
+      auto const currCfg = fieldSet->currCfg();
+      usage.l4PortFieldSetIs(name)->totalEntriesIs(currCfg ? currCfg->numPorts() : 0);
+   }
+   auto const countPrefixes = [](auto const& fieldSet, PrefixFieldSetState& entry) {
+      if (auto const currCfg = fieldSet->currCfg()) {
+         entry.totalAcceptPrefixesIs(currCfg->numPrefixes());
+         entry.totalExceptPrefixesIs(currCfg->numExceptPrefixes());
+      }
+   };
+   for (auto const& [name, fieldSet] : fieldSetConfig_->fieldSetIpPrefix()) {
+      countPrefixes(fieldSet, *usage.ipPrefixFieldSetIs(name));
+   }
+   for (auto const& [name, fieldSet] : fieldSetConfig_->fieldSetIpv6Prefix()) {
+      countPrefixes(fieldSet, *usage.ipv6PrefixFieldSetIs(name));
+   }
+   for (auto const& [name, fieldSet] : fieldSetConfig_->fieldSetVlan()) {
+      auto const currCfg = fieldSet->currCfg();
+      usage.vlanFieldSetIs(name)->totalEntriesIs(currCfg ? currCfg->numVlans() : 0);
+   }
+}
+
+Kel::Ptr<FieldSetState> ShowTrafficPolicyBase::fieldSetStateIs(Kel::String const& name) {
+   if (!fieldSetState_ || fieldSetState_->name() != name) {
+      fieldSetState_ = fieldSetStateFactory(name);
+   }
+   return fieldSetState_;
+}
+
+Kel::Ptr<PolicyState> ShowTrafficPolicyBase::policyState(Kel::String const& name) const {
+   return valueOr(policyState_, name);
+}
 
 }  // namespace TrafficPolicyCli

@@ -1,30 +1,69 @@
-// The show-command object behind `show traffic-policy interface` and `show traffic-policy cpu`:
-// it holds the command's model handles and options. Caching and rendering of policies build on
-// it in the subclasses for interfaces and for the control plane.
+// The show-command object behind `show traffic-policy interface` and `show traffic-policy cpu`.
+// `render` works in two phases: it caches everything it will print into one PolicyState per
+// policy (and one FieldSetState), then renders those records. This base holds the caching
+// pipeline; the interface and CPU subclasses override the steps that differ and render.
 #pragma once
 
 #include <cstdint>
 
+#include "Kel/OrderedMap.h"
+#include "PolicyMap/Actions.h"
+#include "PolicyMap/CounterStatusReader.h"
 #include "TrafficPolicyCli/Factories.h"
+#include "TrafficPolicyCli/FieldSetState.h"
+#include "TrafficPolicyCli/PolicyState.h"
 #include "TrafficPolicyCli/ShowCommand.h"
+
+namespace vellum {
+class RendererV2;
+}
 
 namespace TrafficPolicyCli {
 
 class ShowTrafficPolicyBase : public ShowCommand {
  public:
-   ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS);
+   using PolicyStateMap = Kel::OrderedMap<Kel::String, Kel::Ptr<PolicyState>>;
+   using CounterReader = PolicyMap::PolicyMapCounterStatusReaderBase;
+   using PolicyMapStatusPtr = Kel::Ptr<PolicyMap::PolicyMapStatus const>;
+
+   explicit ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS);
 
    static Kel::TypeInfo const& typeInfo();
    Kel::TypeInfo const& fwkType() const override { return typeInfo(); }
 
-   // Renders the policies or, with the counters view, their counters. An interrupt from the
-   // renderer ends the output with "exiting ..." and a normal return.
+   // Caches, then renders the policies or, with the counters view, their counters. An interrupt
+   // from the renderer ends the output with "exiting ..." and a normal return.
    void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override;
 
+   // ---- Virtual steps, in slot order ----
    virtual void renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision);
    virtual void renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
                                             std::uint32_t revision);
+   virtual void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                                  PolicyState::PtrConst const& policyState,
+                                  Kel::Ptr<PolicyMap::CountAction const> const& action,
+                                  std::uint32_t indent);
+   virtual void cachePoliciesState();
+   virtual void cachePolicyState(Kel::String const& policyName);
+   virtual void cacheIntfStatus(PolicyMapStatusPtr const& policyStatus);
+   virtual void cacheInstalledState(PolicyMapStatusPtr const& policyStatus,
+                                    PolicyMap::ClassMapMatchOption matchOption);
+   virtual void cacheInstallError(PolicyMapStatusPtr const& policyStatus,
+                                  PolicyMap::ClassMapMatchOption matchOption);
+   virtual void cacheCounters(Kel::String const& policyName);
+   virtual Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName);
+   virtual Kel::Ptr<CounterReader const> createCounterStatusHelper(bool isInput);
+   virtual PolicyMapStatusPtr getPolicyMapStatus(Kel::String const& policyName);
+   virtual void cachePolicyMapStatus(PolicyMapStatusPtr const& policyStatus);
+   virtual void cacheClassMapStatus(
+       Kel::String const& policyName, std::uint32_t ruleIndex,
+       Kel::Ptr<PolicyMap::ClassMapStatus const> const& classMapStatus);
 
+   // ---- Caching steps that every variant shares ----
+   void cacheClassState(Kel::Ptr<PolicyMap::PolicyMapSubConfig const> const& pmapSubConfig);
+   void cacheFieldSetState();
+
+   // ---- Attributes ----
    Kel::Ptr<TrafficPolicy::TrafficPolicyConfig const> const& config() const noexcept {
       return config_;
    }
@@ -46,7 +85,46 @@ class ShowTrafficPolicyBase : public ShowCommand {
       return counterTable_;
    }
 
+   Kel::Ptr<FieldSetState> const& fieldSetState() const noexcept { return fieldSetState_; }
+   Kel::Ptr<FieldSetState> fieldSetStateIs(Kel::String const& name);
+   void fieldSetStateDel() { fieldSetState_.reset(); }
+
+   PolicyStateMap const& policyState() const noexcept { return policyState_; }
+   Kel::Ptr<PolicyState> policyState(Kel::String const& name) const;
+   void policyStateIs(Kel::String const& name, Kel::Ptr<PolicyState> state) {
+      policyState_.insertOrAssign(name, std::move(state));
+   }
+   void policyStateDel(Kel::String const& name) { policyState_.erase(name); }
+   void policyStateDelAll() { policyState_.clear(); }
+
+   Kel::Ptr<CounterReader const> const& inputCounterHelper() const noexcept {
+      return inputCounterHelper_;
+   }
+
+ protected:
+   // The policy's record, made by `factory` on the first mention of the name.
+   template <typename Factory>
+   Kel::Ptr<PolicyState> policyStateOrCreate(Kel::String const& name, Factory factory) {
+      if (auto existing = policyState(name)) {
+         return existing;
+      }
+      Kel::Ptr<PolicyState> record = factory(name);
+      policyStateIs(name, record);
+      return record;
+   }
+
+   // The reader of live counters over one direction's status or counter table, as the hardware
+   // publishes them.
+   Kel::Ptr<CounterReader const> counterReaderOver(
+       Kel::Ptr<TrafficPolicy::Status const> const& directionStatus,
+       Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> const& directionTable) const;
+
  private:
+   void checkFieldSetReferences(PolicyState& record, PolicyMap::ClassMapMatch const& match) const;
+   void checkCounterReference(PolicyState& record,
+                              PolicyMap::PolicyMapSubConfig const& pmapSubConfig,
+                              Kel::String const& ruleName) const;
+
    Kel::Ptr<TrafficPolicy::TrafficPolicyConfig const> config_;
    Kel::Ptr<TrafficPolicy::Status const> status_;
    Kel::Ptr<TrafficPolicy::Counter const> counter_;
@@ -59,6 +137,9 @@ class ShowTrafficPolicyBase : public ShowCommand {
    Kel::Ptr<Classification::FieldSetConfig const> fieldSetConfig_;
    Kel::Ptr<TrafficPolicy::HwStatus const> trafficPolicyHwStatus_;
    Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> counterTable_;
+   Kel::Ptr<FieldSetState> fieldSetState_;
+   PolicyStateMap policyState_;
+   Kel::Ptr<CounterReader const> inputCounterHelper_;
 };
 
 }  // namespace TrafficPolicyCli

@@ -1,0 +1,31 @@
+// The show object for policies applied to the control plane, per VRF.
+#pragma once
+
+#include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
+
+namespace TrafficPolicyCli {
+
+class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
+ public:
+   ShowTrafficPolicyCpu(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<PolicyMap::VrfConfig> vrfConfig,
+                        Handle<Ip::AllVrfConfig> allVrfConfig,
+                        Handle<L3::Intf::StatusDir> l3IntfStatusDir);
+
+   Kel::TypeInfo const& fwkType() const override;
+
+   Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+
+   Kel::Ptr<PolicyMap::VrfConfig const> const& vrfConfig() const noexcept { return vrfConfig_; }
+   Kel::Ptr<Ip::AllVrfConfig const> const& allVrfConfig() const noexcept { return allVrfConfig_; }
+   Kel::Ptr<L3::Intf::StatusDir const> const& l3IntfStatusDir() const noexcept {
+      return l3IntfStatusDir_;
+   }
+
+ private:
+   Kel::Ptr<PolicyMap::VrfConfig const> vrfConfig_;
+   Kel::Ptr<Ip::AllVrfConfig const> allVrfConfig_;
+   Kel::Ptr<L3::Intf::StatusDir const> l3IntfStatusDir_;
+};
+
+}  // namespace TrafficPolicyCli

@@ -1,0 +1,64 @@
+// The show object for policies applied to interfaces, in the input and output directions.
+#pragma once
+
+#include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
+
+namespace TrafficPolicyCli {
+
+class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
+ public:
+   ShowTrafficPolicyInterface(
+       TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
+       Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
+       Handle<PolicyMap::IntfConfig> intfConfigOutput,
+       Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
+       Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
+       bool filterInputPolicies, bool filterOutputPolicies);
+
+   Kel::TypeInfo const& fwkType() const override;
+
+   Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+
+   Kel::Ptr<TrafficPolicy::Status const> const& statusOutput() const noexcept {
+      return statusOutput_;
+   }
+   Kel::Ptr<TrafficPolicy::Counter const> const& counterOutput() const noexcept {
+      return counterOutput_;
+   }
+   Kel::Ptr<PolicyMap::IntfConfig const> const& intfConfigInput() const noexcept {
+      return intfConfigInput_;
+   }
+   Kel::Ptr<PolicyMap::IntfConfig const> const& intfConfigOutput() const noexcept {
+      return intfConfigOutput_;
+   }
+   Kel::Ptr<TrafficPolicy::TrafficPolicyIntfParamStatus const> const& policyParamStatus()
+       const noexcept {
+      return policyParamStatus_;
+   }
+   Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> const& counterStatusOutput()
+       const noexcept {
+      return counterStatusOutput_;
+   }
+   bool filterInputPolicies() const noexcept { return filterInputPolicies_; }
+   bool filterOutputPolicies() const noexcept { return filterOutputPolicies_; }
+   Kel::Ptr<CounterReader const> const& outputCounterHelper() const noexcept {
+      return outputCounterHelper_;
+   }
+   bool cacheInputPolicy() const noexcept { return cacheInputPolicy_; }
+   void cacheInputPolicyIs(bool input) noexcept { cacheInputPolicy_ = input; }
+
+ private:
+   Kel::Ptr<TrafficPolicy::Status const> statusOutput_;
+   Kel::Ptr<TrafficPolicy::Counter const> counterOutput_;
+   Kel::Ptr<PolicyMap::IntfConfig const> intfConfigInput_;
+   Kel::Ptr<PolicyMap::IntfConfig const> intfConfigOutput_;
+   Kel::Ptr<TrafficPolicy::TrafficPolicyIntfParamStatus const> policyParamStatus_;
+   Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> counterStatusOutput_;
+   bool filterInputPolicies_;
+   bool filterOutputPolicies_;
+   Kel::Ptr<CounterReader const> outputCounterHelper_;
+   bool cacheInputPolicy_ = true;
+};
+
+}  // namespace TrafficPolicyCli
