@@ -233,12 +233,14 @@ void ShowTrafficPolicyBase::cacheClassState(
       KEL_ASSERT(cmapStatus->matchs().size() == 1);
       auto const option = *cmapStatus->matchs().begin();
 
-      Kel::Ptr<PolicyMap::ClassMapMatch const> match = Kel::make<PolicyMap::ClassMapMatch>(option);
+      Kel::Ptr<PolicyMap::ClassMapMatch const> match;
       if (auto const classMap = valueOr(pmapSubConfig->classMap(), name)) {
-         if (auto configured = valueOr(classMap->match(), option)) {
-            TP_TRACE(7) << "Found class match config for " << name.view() << ", " << option;
-            match = configured;
-         }
+         match = valueOr(classMap->match(), option);
+      }
+      if (match) {
+         TP_TRACE(7) << "Found class match config for " << name.view() << ", " << option;
+      } else {
+         match = Kel::make<PolicyMap::ClassMapMatch>(option);
       }
       TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
       cacheClassMapStatus(policyName, ruleIndex, cmapStatus);

@@ -254,4 +254,60 @@ TEST_F(CachingTest, PolicyWalkSurvivesChangesUnderIt) {
    EXPECT_EQ(show->visited, (std::vector<std::string>{"a", "c", "d", "g"}));
 }
 
+// Answers for named counters, and changes the record's counter set while it is asked.
+class ChangingReader : public PolicyMap::PolicyMapLedgerCounterStatusReader {
+ public:
+   ChangingReader(Kel::Ptr<TrafficPolicy::Status const> status, std::function<void()> change)
+       : PolicyMapLedgerCounterStatusReader(std::move(status)), change_(std::move(change)) {}
+
+   Kel::Ptr<PolicyMap::PacketDataStatus const> namedCounterData(
+       PolicyMap::PolicyMapSmKey const&, Kel::String const& counterName) const override {
+      asked.push_back(counterName.stringValue());
+      if (counterName == "c2") {
+         change_();
+      }
+      return Kel::make<PolicyMap::PacketDataStatus>(counterName, 1);
+   }
+
+   mutable std::vector<std::string> asked;
+
+ private:
+   std::function<void()> change_;
+};
+
+class ShowObjectWithReader : public TrafficPolicyCli::ShowTrafficPolicyInterface {
+ public:
+   explicit ShowObjectWithReader(Device& device)
+       : ShowTrafficPolicyInterface(device.config, device.status, nullptr, Kel::String(), false,
+                                    false, false, false, false, device.fieldSets, device.hardware,
+                                    device.table, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                    nullptr, false, false) {}
+
+   Kel::Ptr<CounterReader const> createCounterStatusHelper(bool) override {
+      reader = Kel::make<ChangingReader>(status(), [this] {
+         auto record = policyState("p1");
+         record->namedCounterDel("c3");
+         record->namedCounterIs("c4", true);
+         record->namedCounterIs("c0", true);
+      });
+      return reader;
+   }
+
+   Kel::Ptr<ChangingReader> reader;
+};
+
+TEST_F(CachingTest, NamedCounterWalkSurvivesChangesUnderIt) {
+   auto sub = device_.configure("p1");
+   for (char const* name : {"c1", "c2", "c3"}) {
+      sub->namedCounter().insert(name);
+   }
+   device_.report("p1");
+   auto show = Kel::make<ShowObjectWithReader>(device_);
+   show->cachePoliciesState();
+   EXPECT_EQ(show->reader->asked, (std::vector<std::string>{"c1", "c2", "c4"}));
+   auto const record = show->policyState("p1");
+   EXPECT_TRUE(record->inputNamedCounters().contains("c4"));
+   EXPECT_FALSE(record->inputNamedCounters().contains("c3"));
+}
+
 }  // namespace
