@@ -9,8 +9,10 @@
 
 namespace StateLoader {
 
-// On failure the reason is one line: "FILE: /json/pointer: what is wrong" (the pointer is empty
-// for problems of the file as a whole, such as a missing file).
+// On failure the reason is one line: "FILE: /json/pointer: what is wrong", where the pointer
+// (RFC 6901) names the value at fault; problems of the file as a whole or of its top-level value
+// (a missing file, an empty one, a top level that is not an object) read "FILE: what is wrong".
+// The loader prints nothing itself.
 Kel::Expected<DeviceState> loadState(std::string const& path);
 
 }  // namespace StateLoader

@@ -1,0 +1,153 @@
+// Each action key makes the action entity of its type. The rule keeps at most one action per
+// type, which the key table guarantees, since a key may not repeat.
+#include "ActionsReader.h"
+
+#include <array>
+
+#include "Choice.h"
+#include "Members.h"
+#include "StateError.h"
+#include "TapAgg/Actions.h"
+#include "TextValues.h"
+#include "TrafficPolicy/TrafficPolicyConfig.h"
+
+namespace StateLoader {
+
+namespace {
+
+using PolicyMap::ActionType;
+using PolicyMap::ClassAction;
+
+constexpr std::uint64_t kLargestDscp = 63;
+constexpr std::uint64_t kLargestTrafficClass = 7;
+
+void add(ClassAction& actions, Kel::Ptr<PolicyMap::Action const> action) {
+   auto const type = action->actionType();
+   actions.policyAction().insertOrAssign(type, std::move(action));
+}
+
+// Drop and log carry nothing; false is the same as leaving the key out.
+template <ActionType type>
+void readPlainAction(Node const& value, ClassAction& actions) {
+   if (asBool(value)) {
+      add(actions, Kel::make<PolicyMap::Action>(type));
+   }
+}
+
+constexpr std::array kRateUnits = {
+    Choice<PolicyMap::RateUnit>{"bps", PolicyMap::RateUnit::bps},
+    Choice<PolicyMap::RateUnit>{"kbps", PolicyMap::RateUnit::kbps},
+    Choice<PolicyMap::RateUnit>{"mbps", PolicyMap::RateUnit::mbps},
+    Choice<PolicyMap::RateUnit>{"gbps", PolicyMap::RateUnit::gbps},
+    Choice<PolicyMap::RateUnit>{"pps", PolicyMap::RateUnit::pps},
+};
+
+struct PoliceTarget {
+   std::uint64_t rate = 0;
+   PolicyMap::RateUnit unit = PolicyMap::RateUnit::bps;
+};
+
+constexpr std::array kPoliceMembers = {
+    Member<PoliceTarget>{"rate",
+                         [](Node const& value, PoliceTarget& police) {
+                            police.rate = asUnsigned(value, UINT64_MAX);
+                         },
+                         true},
+    Member<PoliceTarget>{"unit",
+                         [](Node const& value, PoliceTarget& police) {
+                            police.unit = readChoice(value, kRateUnits, "rate unit");
+                         },
+                         true},
+};
+
+void readPolice(Node const& value, ClassAction& actions) {
+   PoliceTarget police;
+   readMembers(value, kPoliceMembers, police);
+   add(actions, Kel::make<PolicyMap::PoliceAction>(police.rate, police.unit));
+}
+
+// Count and goto name their target in an optional key: the rule's own counter or the next rule
+// when it is left out.
+template <typename ActionClass, std::string_view const& key, std::string_view const& what>
+void readNamedTarget(Node const& value, ClassAction& actions) {
+   static constexpr std::array kMembers = {Member<Kel::String>{
+       key, [](Node const& name, Kel::String& target) { target = readName(name, what); }}};
+   Kel::String target;
+   readMembers(value, kMembers, target);
+   add(actions, Kel::make<ActionClass>(std::move(target)));
+}
+
+constexpr std::string_view kCounterKey = "counter";
+constexpr std::string_view kCounterName = "counter name";
+constexpr std::string_view kMatchKey = "match";
+constexpr std::string_view kRuleName = "rule name";
+
+void readSetDscp(Node const& value, ClassAction& actions) {
+   auto const dscp = static_cast<std::uint8_t>(asUnsigned(value, kLargestDscp));
+   add(actions, Kel::make<PolicyMap::SetDscpAction>(dscp));
+}
+
+void readSetTc(Node const& value, ClassAction& actions) {
+   auto const trafficClass = static_cast<std::uint8_t>(asUnsigned(value, kLargestTrafficClass));
+   add(actions, Kel::make<TrafficPolicy::SetTcAction>(trafficClass));
+}
+
+void readNexthopGroups(Node const& value, ClassAction& actions) {
+   auto redirect = Kel::make<PolicyMap::SetNexthopGroup>();
+   readNameList(value, "next-hop group name", redirect->nexthopGroup());
+   if (redirect->nexthopGroup().empty()) {
+      fail(value.where, "a redirect needs at least one next-hop group");
+   }
+   add(actions, redirect);
+}
+
+constexpr std::array kTapAggMembers = {
+    Member<TapAgg::TapAggActionSetAggGroup>{
+        "groups",
+        [](Node const& value, TapAgg::TapAggActionSetAggGroup& redirect) {
+           readNameList(value, "aggregation group name", redirect.aggGroup());
+        }},
+    Member<TapAgg::TapAggActionSetAggGroup>{
+        "interfaces",
+        [](Node const& value, TapAgg::TapAggActionSetAggGroup& redirect) {
+           readIntfNameList(value, redirect.aggIntf());
+        }},
+};
+
+void readTapAggRedirect(Node const& value, ClassAction& actions) {
+   auto redirect = Kel::make<TapAgg::TapAggActionSetAggGroup>();
+   readMembers(value, kTapAggMembers, *redirect);
+   if (redirect->aggGroup().empty() && redirect->aggIntf().empty()) {
+      fail(value.where, "a tap-aggregation redirect needs at least one group or interface");
+   }
+   add(actions, redirect);
+}
+
+void readStripHeaderBytes(Node const& value, ClassAction& actions) {
+   add(actions,
+       Kel::make<TapAgg::TapAggActionStripHeaderBytes>(readText(value, "header-strip text")));
+}
+
+constexpr std::array kActionMembers = {
+    Member<ClassAction>{"drop", readPlainAction<ActionType::drop>},
+    Member<ClassAction>{"police", readPolice},
+    Member<ClassAction>{"count",
+                        readNamedTarget<PolicyMap::CountAction, kCounterKey, kCounterName>},
+    Member<ClassAction>{"setDscp", readSetDscp},
+    Member<ClassAction>{"setTc", readSetTc},
+    Member<ClassAction>{"log", readPlainAction<ActionType::log>},
+    Member<ClassAction>{"goto", readNamedTarget<PolicyMap::GotoAction, kMatchKey, kRuleName>},
+    Member<ClassAction>{"redirectNexthopGroups", readNexthopGroups},
+    Member<ClassAction>{"tapAggRedirect", readTapAggRedirect},
+    Member<ClassAction>{"stripHeaderBytes", readStripHeaderBytes},
+};
+
+}  // namespace
+
+Kel::Ptr<ClassAction> readActions(Node const& node, Kel::String const& ruleName) {
+   auto actions = Kel::make<ClassAction>(ruleName);
+   readMembers(node, kActionMembers, *actions);
+   return actions;
+}
+
+}  // namespace StateLoader

@@ -1,0 +1,88 @@
+// A counter record is made once its instance id is known, which may come after its counts in the
+// object, so the members are gathered first.
+#include "CountersReader.h"
+
+#include <array>
+
+#include "Members.h"
+#include "TextValues.h"
+
+namespace StateLoader {
+
+namespace {
+
+using PolicyMap::PacketAndByte;
+
+struct CounterTarget {
+   std::uint64_t instanceId = 0;
+   PacketAndByte count;
+   Kel::OrderedMap<Quoll::IntfId, PacketAndByte> perInterface;
+};
+
+void readPackets(Node const& value, PacketAndByte& count) {
+   count.packets = asUnsigned(value, UINT64_MAX);
+}
+
+void readBytes(Node const& value, PacketAndByte& count) {
+   count.bytes = asUnsigned(value, UINT64_MAX);
+}
+
+constexpr std::array kInterfaceCountMembers = {
+    Member<PacketAndByte>{"packets", readPackets, true},
+    Member<PacketAndByte>{"bytes", readBytes},
+};
+
+void readPerInterface(Node const& value, CounterTarget& counter) {
+   forEachMember(value, [&counter](std::string_view key, Node const& entry) {
+      auto intf = checkedIntfId(key, entry.where);
+      PacketAndByte count;
+      readMembers(entry, kInterfaceCountMembers, count);
+      if (!insertedNew(counter.perInterface, intf, count)) {
+         failDuplicateKey(entry.where, key);
+      }
+   });
+}
+
+constexpr std::array kRuleCounterMembers = {
+    Member<CounterTarget>{"instanceId",
+                          [](Node const& value, CounterTarget& counter) {
+                             counter.instanceId = asUnsigned(value, UINT64_MAX);
+                          },
+                          true},
+    Member<CounterTarget>{
+        "packets",
+        [](Node const& value, CounterTarget& counter) { readPackets(value, counter.count); }, true},
+    Member<CounterTarget>{"bytes", [](Node const& value,
+                                      CounterTarget& counter) { readBytes(value, counter.count); }},
+};
+
+constexpr auto kNamedCounterMembers =
+    joined(kRuleCounterMembers, std::array{Member<CounterTarget>{"interfaces", readPerInterface}});
+
+template <std::size_t N>
+void readCounters(Node const& node, PolicyMap::PacketDataMap& into, std::string_view what,
+                  std::array<Member<CounterTarget>, N> const& members) {
+   forEachMember(node, [&](std::string_view key, Node const& value) {
+      auto const name = checkedName(key, what, value.where);
+      CounterTarget counter;
+      readMembers(value, members, counter);
+      auto data = Kel::make<PolicyMap::PacketDataStatus>(name, counter.instanceId);
+      data->countIs(counter.count);
+      data->perIntfCount() = std::move(counter.perInterface);
+      if (!insertedNew(into, name, std::move(data))) {
+         failDuplicateKey(value.where, key);
+      }
+   });
+}
+
+}  // namespace
+
+void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into) {
+   readCounters(node, into, "rule name", kRuleCounterMembers);
+}
+
+void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into) {
+   readCounters(node, into, "counter name", kNamedCounterMembers);
+}
+
+}  // namespace StateLoader

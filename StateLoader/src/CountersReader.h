@@ -1,0 +1,13 @@
+// Live counters of one policy: per rule and per named counter, the instance id, packets and
+// bytes, and for named counters the counts per interface.
+#pragma once
+
+#include "Node.h"
+#include "PolicyMap/PolicyMapStatus.h"
+
+namespace StateLoader {
+
+void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into);
+void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into);
+
+}  // namespace StateLoader

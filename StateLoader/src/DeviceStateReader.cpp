@@ -1,0 +1,82 @@
+// The top level is checked like any object with a fixed vocabulary, keeping each section's value;
+// the sections are then read in a fixed order whatever their order in the file.
+#include "DeviceStateReader.h"
+
+#include <array>
+#include <optional>
+
+#include "Members.h"
+#include "Sections.h"
+
+namespace StateLoader {
+
+namespace {
+
+// In reading order: the hardware section says where the status section's counters go.
+enum SectionIndex : std::size_t {
+   hardwareSection,
+   fieldSetsSection,
+   trafficPoliciesSection,
+   interfacesSection,
+   vrfsSection,
+   statusSection,
+   sectionCount,
+};
+
+using SectionValues = std::array<std::optional<simdjson::dom::element>, sectionCount>;
+
+template <SectionIndex index>
+void keep(Node const& value, SectionValues& sections) {
+   sections[index] = value.value;
+}
+
+constexpr std::array kSectionMembers = {
+    Member<SectionValues>{"hardware", keep<hardwareSection>},
+    Member<SectionValues>{"fieldSets", keep<fieldSetsSection>},
+    Member<SectionValues>{"trafficPolicies", keep<trafficPoliciesSection>},
+    Member<SectionValues>{"interfaces", keep<interfacesSection>},
+    Member<SectionValues>{"vrfs", keep<vrfsSection>},
+    Member<SectionValues>{"status", keep<statusSection>},
+};
+
+constexpr std::array<void (*)(Node const&, DeviceState&), sectionCount> kSectionReaders = {
+    readHardware, readFieldSets, readTrafficPolicies, readInterfaces, readVrfs, readStatus,
+};
+
+DirectionState emptyDirection() {
+   return {Kel::make<TrafficPolicy::Status>(), Kel::make<TrafficPolicy::Counter>(),
+           Kel::make<PolicyMap::Counters::PolicyMapTypeCounters>()};
+}
+
+DeviceState emptyDeviceState() {
+   return {Kel::make<TrafficPolicy::TrafficPolicyConfig>(),
+           Kel::make<Classification::FieldSetConfig>(),
+           Kel::make<PolicyMap::IntfConfig>(),
+           Kel::make<PolicyMap::IntfConfig>(),
+           Kel::make<L3::Intf::StatusDir>(),
+           Kel::make<PolicyMap::VrfConfig>(),
+           Kel::make<Ip::AllVrfConfig>(),
+           Kel::make<TrafficPolicy::HwStatus>(),
+           Kel::make<TrafficPolicy::TrafficPolicyIntfParamStatus>(),
+           emptyDirection(),
+           emptyDirection(),
+           emptyDirection()};
+}
+
+}  // namespace
+
+DeviceState readDeviceState(simdjson::dom::element root) {
+   Where const top = Where::root();
+   SectionValues sections;
+   readMembers(Node{root, top}, kSectionMembers, sections);
+   DeviceState state = emptyDeviceState();
+   for (std::size_t index = 0; index < sectionCount; ++index) {
+      if (sections[index]) {
+         Where const where = top.member(kSectionMembers[index].key);
+         kSectionReaders[index](Node{*sections[index], where}, state);
+      }
+   }
+   return state;
+}
+
+}  // namespace StateLoader

@@ -1,0 +1,42 @@
+// simdjson parses at gigabytes per second but says only what kind of fault it met; when it
+// refuses a file, our own scanner goes over the text again to say where.
+#include "Document.h"
+
+#include "StateError.h"
+#include "StateFile.h"
+#include "SyntaxLocator.h"
+
+namespace StateLoader {
+
+namespace {
+
+[[noreturn]] void failRefused(std::string_view text, simdjson::error_code error) {
+   if (auto const fault = locateSyntaxFault(text, kMaxNesting)) {
+      throw StateError(fault->pointer, fault->message);
+   }
+   throw StateError(
+       "", std::string("the JSON parser refused the file: ") + simdjson::error_message(error));
+}
+
+}  // namespace
+
+simdjson::dom::element parseStateFile(simdjson::dom::parser& parser, std::string const& path) {
+   auto const bytes = readStateFile(path, simdjson::SIMDJSON_PADDING);
+   auto const text = bytes.text();
+   if (text.size() > simdjson::SIMDJSON_MAXSIZE_BYTES) {
+      throw StateError("", "the file is larger than the " +
+                               std::to_string(simdjson::SIMDJSON_MAXSIZE_BYTES >> 30) +
+                               " GiB the parser can take");
+   }
+   // The parser counts a scalar inside the innermost list as one more level than we do.
+   if (parser.allocate(text.size(), kMaxNesting + 1) != simdjson::SUCCESS) {
+      throw std::bad_alloc();
+   }
+   auto const parsed = parser.parse(text.data(), text.size(), false);
+   if (parsed.error() != simdjson::SUCCESS) {
+      failRefused(text, parsed.error());
+   }
+   return parsed.value_unsafe();
+}
+
+}  // namespace StateLoader

@@ -1,0 +1,37 @@
+// Messages about keys.
+#include "Members.h"
+
+#include <string>
+
+#include "StateError.h"
+#include "Suggestion.h"
+
+namespace StateLoader {
+
+void failUnknownKey(Where const& where, std::string_view key,
+                    std::span<std::string_view const> known) {
+   std::string message = "unknown key " + quoted(key);
+   if (auto const suggestion = closestKey(key, known)) {
+      message += " (did you mean " + quoted(*suggestion) + "?)";
+   }
+   fail(where, message);
+}
+
+void failDuplicateKey(Where const& where, std::string_view key) {
+   fail(where, "duplicate key " + quoted(key));
+}
+
+void failMissingKey(Where const& object, std::string_view key) {
+   fail(object, "missing key " + quoted(key));
+}
+
+std::optional<simdjson::dom::element> findMember(Node const& object, std::string_view key) {
+   for (auto const [name, value] : asObject(object)) {
+      if (name == key) {
+         return value;
+      }
+   }
+   return std::nullopt;
+}
+
+}  // namespace StateLoader

@@ -1,0 +1,93 @@
+// The two kinds of objects in a state file. Objects with a fixed vocabulary of keys are read
+// through a table: each key has its own reader, unknown keys are refused with a suggestion,
+// repeated keys are refused, and required keys must be there. Objects keyed by names (policies,
+// rules, interfaces) are read member by member, and a name given twice is refused when its entry
+// is inserted into the model.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "Node.h"
+
+namespace StateLoader {
+
+template <typename Target>
+struct Member {
+   std::string_view key;
+   void (*read)(Node const& value, Target& target);
+   bool required = false;
+};
+
+[[noreturn]] void failUnknownKey(Where const& where, std::string_view key,
+                                 std::span<std::string_view const> known);
+[[noreturn]] void failDuplicateKey(Where const& where, std::string_view key);
+[[noreturn]] void failMissingKey(Where const& object, std::string_view key);
+
+// The value of one member, for the few keys that must be known before the others are read.
+std::optional<simdjson::dom::element> findMember(Node const& object, std::string_view key);
+
+template <typename Target, std::size_t N>
+std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::string_view key,
+                        Where const& where) {
+   for (std::size_t index = 0; index < N; ++index) {
+      if (members[index].key == key) {
+         return index;
+      }
+   }
+   std::array<std::string_view, N> known;
+   for (std::size_t index = 0; index < N; ++index) {
+      known[index] = members[index].key;
+   }
+   failUnknownKey(where, key, known);
+}
+
+template <typename Target, std::size_t N>
+void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target) {
+   static_assert(N <= 64, "one bit of the seen mask per key");
+   std::uint64_t seen = 0;
+   for (auto const [key, value] : asObject(object)) {
+      Where const where = object.where.member(key);
+      std::size_t const index = memberIndex(members, key, where);
+      std::uint64_t const bit = std::uint64_t{1} << index;
+      if (seen & bit) {
+         failDuplicateKey(where, key);
+      }
+      seen |= bit;
+      members[index].read(Node{value, where}, target);
+   }
+   for (std::size_t index = 0; index < N; ++index) {
+      if (members[index].required && !(seen & std::uint64_t{1} << index)) {
+         failMissingKey(object.where, members[index].key);
+      }
+   }
+}
+
+// One table made of two, for objects that share part of their vocabulary.
+template <typename Target, std::size_t First, std::size_t Second>
+constexpr std::array<Member<Target>, First + Second> joined(
+    std::array<Member<Target>, First> const& first,
+    std::array<Member<Target>, Second> const& second) {
+   std::array<Member<Target>, First + Second> both{};
+   for (std::size_t index = 0; index < First; ++index) {
+      both[index] = first[index];
+   }
+   for (std::size_t index = 0; index < Second; ++index) {
+      both[First + index] = second[index];
+   }
+   return both;
+}
+
+// Enters an entry into a model map; false when the key was there already (the entry is then
+// replaced, but the caller refuses the file anyway).
+template <typename Map, typename Key, typename Value>
+[[nodiscard]] bool insertedNew(Map& map, Key const& key, Value value) {
+   auto const before = map.size();
+   map.insertOrAssign(key, std::move(value));
+   return map.size() != before;
+}
+
+}  // namespace StateLoader

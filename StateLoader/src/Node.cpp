@@ -1,0 +1,118 @@
+// Type checks of document values. Messages name the expected type and what was found, with the
+// number itself where a number is out of range.
+#include "Node.h"
+
+#include <charconv>
+#include <cmath>
+#include <string>
+
+#include "StateError.h"
+
+namespace StateLoader {
+
+namespace {
+
+using simdjson::dom::element_type;
+
+std::string found(simdjson::dom::element const& value) {
+   switch (value.type()) {
+      case element_type::ARRAY:
+         return "a list";
+      case element_type::OBJECT:
+         return "an object";
+      case element_type::INT64:
+      case element_type::UINT64:
+      case element_type::DOUBLE:
+         return "a number";
+      case element_type::STRING:
+         return "a string";
+      case element_type::BOOL:
+         return value.get_bool().value_unsafe() ? "true" : "false";
+      case element_type::NULL_VALUE:
+         return "null";
+   }
+   return "an unknown value";
+}
+
+[[noreturn]] void failType(Node const& node, std::string const& expected) {
+   fail(node.where, "expected " + expected + ", found " + found(node.value));
+}
+
+std::string decimalText(double number) {
+   char text[32];
+   auto const end = std::to_chars(text, text + sizeof text, number).ptr;
+   std::string written(text, end);
+   if (std::floor(number) == number) {
+      written += " written with a fraction or an exponent";
+   }
+   return written;
+}
+
+// What a number that is not a whole number in range was.
+std::string numberText(simdjson::dom::element const& value) {
+   switch (value.type()) {
+      case element_type::INT64:
+         return std::to_string(value.get_int64().value_unsafe());
+      case element_type::UINT64:
+         return std::to_string(value.get_uint64().value_unsafe());
+      case element_type::DOUBLE:
+         return decimalText(value.get_double().value_unsafe());
+      default:
+         return found(value);
+   }
+}
+
+bool fitsUnsigned(simdjson::dom::element const& value, std::uint64_t largest) {
+   switch (value.type()) {
+      case element_type::INT64: {
+         auto const number = value.get_int64().value_unsafe();
+         return number >= 0 && static_cast<std::uint64_t>(number) <= largest;
+      }
+      case element_type::UINT64:
+         return value.get_uint64().value_unsafe() <= largest;
+      default:
+         return false;
+   }
+}
+
+}  // namespace
+
+simdjson::dom::object asObject(Node const& node) {
+   if (!node.value.is_object()) {
+      failType(node, "an object");
+   }
+   return node.value.get_object().value_unsafe();
+}
+
+simdjson::dom::array asArray(Node const& node) {
+   if (!node.value.is_array()) {
+      failType(node, "a list");
+   }
+   return node.value.get_array().value_unsafe();
+}
+
+std::string_view asString(Node const& node) {
+   if (!node.value.is_string()) {
+      failType(node, "a string");
+   }
+   return node.value.get_string().value_unsafe();
+}
+
+bool asBool(Node const& node) {
+   if (!node.value.is_bool()) {
+      failType(node, "true or false");
+   }
+   return node.value.get_bool().value_unsafe();
+}
+
+std::uint64_t asUnsigned(Node const& node, std::uint64_t largest) {
+   if (fitsUnsigned(node.value, largest)) {
+      return node.value.type() == element_type::INT64
+                 ? static_cast<std::uint64_t>(node.value.get_int64().value_unsafe())
+                 : node.value.get_uint64().value_unsafe();
+   }
+   fail(node.where, "expected a whole number from 0 to " + std::to_string(largest) + ", found " +
+                        numberText(node.value));
+}
+
+}  // namespace StateLoader

@@ -1,0 +1,103 @@
+// "trafficPolicies": per policy its declared named counters and its rules, each rule with its
+// sequence number, its match per match option and its actions.
+#include <array>
+#include <string>
+
+#include "ActionsReader.h"
+#include "FilterReader.h"
+#include "Members.h"
+#include "Sections.h"
+#include "StateError.h"
+#include "TextValues.h"
+
+namespace StateLoader {
+
+namespace {
+
+using PolicyMap::ClassMapConfig;
+using PolicyMap::ClassMapMatchOption;
+using PolicyMap::PolicyMapSubConfig;
+
+struct RuleTarget {
+   Kel::Ptr<ClassMapConfig> classMap;
+   Kel::Ptr<PolicyMap::ClassAction> actions;
+   std::uint32_t sequence = 0;
+};
+
+template <ClassMapMatchOption option, Quoll::AddressFamily family>
+void readMatchFor(Node const& value, ClassMapConfig& rule) {
+   auto match = Kel::make<PolicyMap::ClassMapMatch>(option);
+   match->structuredFilterIs(readFilter(value, family));
+   rule.match().insertOrAssign(option, std::move(match));
+}
+
+constexpr std::array kMatchMembers = {
+    Member<ClassMapConfig>{"ipv4",
+                           readMatchFor<ClassMapMatchOption::ipv4, Quoll::AddressFamily::ipv4>},
+    Member<ClassMapConfig>{"ipv6",
+                           readMatchFor<ClassMapMatchOption::ipv6, Quoll::AddressFamily::ipv6>},
+};
+
+constexpr std::array kRuleMembers = {
+    Member<RuleTarget>{"sequence",
+                       [](Node const& value, RuleTarget& rule) {
+                          rule.sequence = static_cast<std::uint32_t>(asUnsigned(value, UINT32_MAX));
+                       },
+                       true},
+    Member<RuleTarget>{"match",
+                       [](Node const& value, RuleTarget& rule) {
+                          readMembers(value, kMatchMembers, *rule.classMap);
+                       }},
+    Member<RuleTarget>{"actions",
+                       [](Node const& value, RuleTarget& rule) {
+                          rule.actions = readActions(value, rule.classMap->name());
+                       }},
+};
+
+void enterSequence(PolicyMapSubConfig& policy, RuleTarget const& rule, Where const& where) {
+   if (auto const* holder = policy.rule().lookup(rule.sequence)) {
+      fail(where.member("sequence"), "sequence number " + std::to_string(rule.sequence) +
+                                         " is already used by rule " + quoted(*holder));
+   }
+   policy.rule().insertOrAssign(rule.sequence, rule.classMap->name());
+}
+
+void readRules(Node const& value, PolicyMapSubConfig& policy) {
+   forEachMember(value, [&policy](std::string_view key, Node const& entry) {
+      auto const name = checkedName(key, "rule name", entry.where);
+      RuleTarget rule{Kel::make<ClassMapConfig>(name), nullptr};
+      readMembers(entry, kRuleMembers, rule);
+      if (!insertedNew(policy.classMap(), name, rule.classMap)) {
+         failDuplicateKey(entry.where, key);
+      }
+      enterSequence(policy, rule, entry.where);
+      if (rule.actions) {
+         policy.classAction().insertOrAssign(name, rule.actions);
+      }
+   });
+}
+
+constexpr std::array kPolicyMembers = {
+    Member<PolicyMapSubConfig>{"namedCounters",
+                               [](Node const& value, PolicyMapSubConfig& policy) {
+                                  readNameList(value, "counter name", policy.namedCounter());
+                               }},
+    Member<PolicyMapSubConfig>{"rules", readRules},
+};
+
+}  // namespace
+
+void readTrafficPolicies(Node const& node, DeviceState& state) {
+   forEachMember(node, [&state](std::string_view key, Node const& value) {
+      auto const name = checkedName(key, "policy name", value.where);
+      auto contents = Kel::make<PolicyMapSubConfig>(name);
+      readMembers(value, kPolicyMembers, *contents);
+      auto policy = Kel::make<PolicyMap::PolicyMapConfig>(name);
+      policy->currCfgIs(std::move(contents));
+      if (!insertedNew(state.config->policyMapConfig(), name, std::move(policy))) {
+         failDuplicateKey(value.where, key);
+      }
+   });
+}
+
+}  // namespace StateLoader

@@ -1,0 +1,30 @@
+// The one way a problem leaves the walk over a state file: where it is and what is wrong. Builders
+// throw it from deep inside a section, and the loader turns it into its one-line reason, so that no
+// builder needs an error path of its own.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace StateLoader {
+
+class Where;
+
+class StateError : public std::runtime_error {
+ public:
+   // An empty pointer stands for the file as a whole (or its top-level value).
+   StateError(std::string pointer, std::string const& message)
+       : std::runtime_error(message), pointer_(std::move(pointer)) {}
+
+   std::string const& pointer() const noexcept { return pointer_; }
+
+ private:
+   std::string pointer_;
+};
+
+[[noreturn]] void fail(Where const& where, std::string const& message);
+
+// Text quoted for a message, as in: unknown key "sorces". Very long text is cut short.
+std::string quoted(std::string_view text);
+
+}  // namespace StateLoader

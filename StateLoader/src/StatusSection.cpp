@@ -1,0 +1,179 @@
+// "status": per direction (interface input, interface output, CPU) the policies as the agents
+// report them: the match option each rule was processed for, the installation state per interface
+// and match option, and the live counters. Counters go where the hardware section says this
+// platform keeps them: the shared-memory table, or the policy's own status.
+#include <array>
+#include <string>
+
+#include "Choice.h"
+#include "CountersReader.h"
+#include "Members.h"
+#include "Sections.h"
+#include "StateError.h"
+#include "TextValues.h"
+
+namespace StateLoader {
+
+namespace {
+
+using PolicyMap::ClassMapMatchOption;
+using PolicyMap::InstalledStatus;
+using PolicyMap::PolicyMapStatus;
+
+constexpr std::array kMatchOptions = {
+    Choice<ClassMapMatchOption>{"ipv4", ClassMapMatchOption::ipv4},
+    Choice<ClassMapMatchOption>{"ipv6", ClassMapMatchOption::ipv6},
+};
+
+constexpr std::array kInstallStates = {
+    Choice<std::uint8_t>{"pending", PolicyMap::installPending},
+    Choice<std::uint8_t>{"programmed", PolicyMap::installProgrammed},
+    Choice<std::uint8_t>{"failed", PolicyMap::installFailed},
+};
+
+// The show library takes a rule's one match option; a status with more would break it.
+void readMatchOptions(Node const& value, PolicyMap::ClassMapStatus& rule) {
+   forEachElement(value, [&rule](Node const& element) {
+      if (!rule.matchs().insert(readChoice(element, kMatchOptions, "match option"))) {
+         fail(element.where, quoted(asString(element)) + " is already listed");
+      }
+   });
+   if (rule.matchs().size() > 1) {
+      fail(value.where, "a rule is processed for one match option at most, found " +
+                            std::to_string(rule.matchs().size()));
+   }
+}
+
+void readRuleStatuses(Node const& node, PolicyMapStatus& policy) {
+   forEachMember(node, [&policy](std::string_view key, Node const& value) {
+      auto const name = checkedName(key, "rule name", value.where);
+      auto rule = Kel::make<PolicyMap::ClassMapStatus>(name);
+      readMatchOptions(value, *rule);
+      if (!insertedNew(policy.classMapStatus(), name, std::move(rule))) {
+         failDuplicateKey(value.where, key);
+      }
+   });
+}
+
+constexpr std::array kInstalledMembers = {
+    Member<InstalledStatus>{"state",
+                            [](Node const& value, InstalledStatus& installed) {
+                               installed.state =
+                                   readChoice(value, kInstallStates, "installation state");
+                            },
+                            true},
+    Member<InstalledStatus>{"error",
+                            [](Node const& value, InstalledStatus& installed) {
+                               installed.errorText = readText(value, "error text");
+                            }},
+};
+
+template <ClassMapMatchOption option>
+void readInstalled(Node const& value, PolicyMap::IntfStatus& intf) {
+   InstalledStatus installed;
+   readMembers(value, kInstalledMembers, installed);
+   intf.installed().insertOrAssign(option, std::move(installed));
+}
+
+constexpr std::array kIntfStatusMembers = {
+    Member<PolicyMap::IntfStatus>{"ipv4", readInstalled<ClassMapMatchOption::ipv4>},
+    Member<PolicyMap::IntfStatus>{"ipv6", readInstalled<ClassMapMatchOption::ipv6>},
+};
+
+void readInstallation(Node const& node, PolicyMapStatus& policy) {
+   forEachMember(node, [&policy](std::string_view key, Node const& value) {
+      auto intf = checkedIntfId(key, value.where);
+      auto status = Kel::make<PolicyMap::IntfStatus>(intf);
+      readMembers(value, kIntfStatusMembers, *status);
+      if (!insertedNew(policy.intfStatus(), intf, std::move(status))) {
+         failDuplicateKey(value.where, key);
+      }
+   });
+}
+
+// One policy's status, and the maps its live counters go into.
+struct PolicyStatusTarget {
+   PolicyMapStatus& status;
+   PolicyMap::PacketDataMap& classCounters;
+   PolicyMap::PacketDataMap& namedCounters;
+};
+
+constexpr std::array kPolicyStatusMembers = {
+    Member<PolicyStatusTarget>{"rules",
+                               [](Node const& value, PolicyStatusTarget& policy) {
+                                  readRuleStatuses(value, policy.status);
+                               }},
+    Member<PolicyStatusTarget>{"interfaces",
+                               [](Node const& value, PolicyStatusTarget& policy) {
+                                  readInstallation(value, policy.status);
+                               }},
+    Member<PolicyStatusTarget>{"ruleCounters",
+                               [](Node const& value, PolicyStatusTarget& policy) {
+                                  readRuleCounters(value, policy.classCounters);
+                               }},
+    Member<PolicyStatusTarget>{"namedCounters",
+                               [](Node const& value, PolicyStatusTarget& policy) {
+                                  readNamedCounters(value, policy.namedCounters);
+                               }},
+};
+
+struct DirectionTarget {
+   DirectionState& direction;
+   bool sharedMemoryCounters;
+};
+
+void readPolicyStatus(Node const& value, Kel::String const& name, DirectionTarget& target) {
+   auto status = Kel::make<PolicyMapStatus>(name);
+   auto table =
+       target.sharedMemoryCounters ? Kel::make<PolicyMap::Counters::PolicyMapCounters>() : nullptr;
+   PolicyStatusTarget policy{*status, table ? table->classCounter() : status->classCounter(),
+                             table ? table->namedCounter() : status->namedCounter()};
+   readMembers(value, kPolicyStatusMembers, policy);
+   if (table) {
+      target.direction.counterTable->policyMapCounters().insertOrAssign({name, ""},
+                                                                        std::move(table));
+   }
+   target.direction.status->policyMapStatus().insertOrAssign(name, std::move(status));
+}
+
+void readPolicyStatuses(Node const& node, DirectionTarget& target) {
+   forEachMember(node, [&target](std::string_view key, Node const& value) {
+      auto const name = checkedName(key, "policy name", value.where);
+      if (target.direction.status->policyMapStatus().contains(name)) {
+         failDuplicateKey(value.where, key);
+      }
+      readPolicyStatus(value, name, target);
+   });
+}
+
+constexpr std::array kDirectionMembers = {
+    Member<DirectionTarget>{"byteCountersSupported",
+                            [](Node const& value, DirectionTarget& target) {
+                               target.direction.status->byteCountersSupportedIs(asBool(value));
+                            }},
+    Member<DirectionTarget>{"perInterfaceCounters",
+                            [](Node const& value, DirectionTarget& target) {
+                               target.direction.status->perInterfaceCountersIs(asBool(value));
+                            }},
+    Member<DirectionTarget>{"policies", readPolicyStatuses},
+};
+
+template <DirectionState DeviceState::*direction>
+void readDirection(Node const& value, DeviceState& state) {
+   DirectionTarget target{state.*direction, state.hwStatus->sharedMemoryCounters()};
+   readMembers(value, kDirectionMembers, target);
+}
+
+constexpr std::array kStatusMembers = {
+    Member<DeviceState>{"interfaceInput", readDirection<&DeviceState::interfaceInput>},
+    Member<DeviceState>{"interfaceOutput", readDirection<&DeviceState::interfaceOutput>},
+    Member<DeviceState>{"cpu", readDirection<&DeviceState::cpu>},
+};
+
+}  // namespace
+
+void readStatus(Node const& node, DeviceState& state) {
+   readMembers(node, kStatusMembers, state);
+}
+
+}  // namespace StateLoader

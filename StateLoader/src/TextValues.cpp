@@ -1,0 +1,155 @@
+// Parsing and checking of text values. Prefixes go through Quoll, whose reasons are kept as they
+// are; ranges are parsed here, since their limits depend on what they count.
+#include "TextValues.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string>
+
+#include "SetBuilder.h"
+#include "StateError.h"
+
+namespace StateLoader {
+
+namespace {
+
+bool isControl(char character) {
+   auto const code = static_cast<unsigned char>(character);
+   return code < ' ' || code == 0x7f;
+}
+
+std::string describeCharacter(char character) {
+   return character == ' '
+              ? "blank"
+              : "control character " + std::to_string(static_cast<unsigned char>(character));
+}
+
+// Refuses the first character that `refused` picks, naming its position.
+template <typename Refused>
+void checkCharacters(std::string_view text, std::string_view what, Where const& where,
+                     Refused refused) {
+   auto const bad = std::find_if(text.begin(), text.end(), refused);
+   if (bad != text.end()) {
+      fail(where, describeCharacter(*bad) + " at position " +
+                      std::to_string(bad - text.begin() + 1) + " in " + std::string(what));
+   }
+}
+
+std::string_view familyName(Quoll::AddressFamily family) {
+   return family == Quoll::AddressFamily::ipv6 ? "IPv6" : "IPv4";
+}
+
+std::optional<std::uint64_t> parseNumber(std::string_view digits) {
+   if (digits.empty() || !std::all_of(digits.begin(), digits.end(), [](char character) {
+          return character >= '0' && character <= '9';
+       })) {
+      return std::nullopt;
+   }
+   std::uint64_t value = 0;
+   auto const parsed = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+   return parsed.ec == std::errc{} ? value : UINT64_MAX;
+}
+
+std::uint32_t checkedEnd(std::string_view digits, RangeKind const& kind, Where const& where,
+                         std::string_view whole) {
+   auto const value = parseNumber(digits);
+   if (!value) {
+      fail(where, quoted(whole) + " is not a number or a range of numbers such as \"1000-2000\"");
+   }
+   if (*value < kind.lowest || *value > kind.highest) {
+      fail(where, std::string(kind.what) + " " + std::string(digits) + " is out of range (" +
+                      std::to_string(kind.lowest) + "-" + std::to_string(kind.highest) + ")");
+   }
+   return static_cast<std::uint32_t>(*value);
+}
+
+// Replaces the (empty) model set `into` with the list's entries.
+template <typename Key, typename Read>
+void readList(Node const& list, Kel::OrderedSet<Key>& into, Read read) {
+   SetBuilder<Key> entries;
+   forEachElement(list, [&](Node const& element) {
+      if (!entries.add(read(element))) {
+         fail(element.where, quoted(asString(element)) + " is already listed");
+      }
+   });
+   into = std::move(entries);
+}
+
+}  // namespace
+
+Kel::String checkedName(std::string_view text, std::string_view what, Where const& where) {
+   if (text.empty()) {
+      fail(where, "empty " + std::string(what));
+   }
+   checkCharacters(text, what, where,
+                   [](char character) { return character == ' ' || isControl(character); });
+   return Kel::String(text);
+}
+
+Kel::String readName(Node const& node, std::string_view what) {
+   return checkedName(asString(node), what, node.where);
+}
+
+Quoll::IntfId checkedIntfId(std::string_view text, Where const& where) {
+   auto parsed = Quoll::IntfId::parse(text);
+   if (!parsed) {
+      fail(where, parsed.reason());
+   }
+   return std::move(parsed).value();
+}
+
+Kel::String readText(Node const& node, std::string_view what) {
+   auto const text = asString(node);
+   checkCharacters(text, what, node.where, isControl);
+   return Kel::String(text);
+}
+
+Quoll::IpGenPrefix readPrefix(Node const& node, Quoll::AddressFamily family) {
+   auto const text = asString(node);
+   auto const parsed = Quoll::IpGenPrefix::parse(text);
+   if (!parsed) {
+      fail(node.where, parsed.reason());
+   }
+   if (parsed->family() != family) {
+      fail(node.where, quoted(text) + " is not an " + std::string(familyName(family)) + " prefix");
+   }
+   return *parsed;
+}
+
+Classification::NumericalRange checkedRange(std::string_view text, RangeKind const& kind,
+                                            Where const& where) {
+   auto const dash = text.find('-');
+   Classification::NumericalRange range;
+   range.low = checkedEnd(text.substr(0, dash), kind, where, text);
+   range.high = dash == std::string_view::npos
+                    ? range.low
+                    : checkedEnd(text.substr(dash + 1), kind, where, text);
+   if (range.low > range.high) {
+      fail(where, "range " + quoted(text) + " has its low end above its high end");
+   }
+   return range;
+}
+
+void readPrefixList(Node const& list, Quoll::AddressFamily family,
+                    Classification::PrefixSet& into) {
+   readList(list, into, [family](Node const& element) { return readPrefix(element, family); });
+}
+
+void readRangeList(Node const& list, RangeKind const& kind, Classification::RangeSet& into) {
+   readList(list, into, [&kind](Node const& element) {
+      return checkedRange(asString(element), kind, element.where);
+   });
+}
+
+void readNameList(Node const& list, std::string_view what, Classification::NameSet& into) {
+   readList(list, into, [what](Node const& element) { return readName(element, what); });
+}
+
+void readIntfNameList(Node const& list, Classification::NameSet& into) {
+   readList(list, into, [](Node const& element) {
+      return checkedIntfId(asString(element), element.where).name();
+   });
+}
+
+}  // namespace StateLoader

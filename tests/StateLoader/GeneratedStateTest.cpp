@@ -1,0 +1,60 @@
+// The benchmark's scale-state generator: what it writes is JSON to an independent parser, loads,
+// and holds the numbers of policies, rules, interfaces and prefixes it was asked for.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "StateLoader/Loader.h"
+#include "TempStateFiles.h"
+#include "support/CapturedOutput.h"
+
+namespace {
+
+struct ScaleCase {
+   std::uint32_t policies;
+   std::uint32_t rules;
+   std::uint32_t interfaces;
+   std::uint32_t prefixSets;
+   std::uint32_t prefixes;
+};
+
+std::string generatorCommand(ScaleCase const& scale, std::string const& output) {
+   return std::string(GENERATE_STATE) + " --policies " + std::to_string(scale.policies) +
+          " --rules " + std::to_string(scale.rules) + " --interfaces " +
+          std::to_string(scale.interfaces) + " --prefix-sets " + std::to_string(scale.prefixSets) +
+          " --prefixes " + std::to_string(scale.prefixes) + " --output " + output;
+}
+
+TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
+   stateloader_test::TempStateFiles const files;
+   ScaleCase const cases[] = {
+       {1, 1, 1, 1, 1},
+       {3, 4, 7, 2, 50},
+       {2, 30, 5, 3, 1000},
+   };
+   for (ScaleCase const& row : cases) {
+      std::string const name = std::to_string(row.policies) + "x" + std::to_string(row.rules);
+      auto const path = (files.folder() / (name + ".json")).string();
+      ASSERT_EQ(std::system(generatorCommand(row, path).c_str()), 0) << name;
+      auto const json = testing_support::parseJson(stateloader_test::readFile(path));
+      EXPECT_EQ(json["trafficPolicies"].size(), row.policies) << name;
+
+      auto const loaded = StateLoader::loadState(path);
+      ASSERT_TRUE(loaded) << loaded.reason();
+      auto const& state = loaded.value();
+      ASSERT_EQ(state.config->policyMapConfig().size(), row.policies) << name;
+      for (auto const& [policyName, policy] : state.config->policyMapConfig()) {
+         EXPECT_EQ(policy->currCfg()->rule().size(), row.rules) << name << " " << policyName.view();
+      }
+      EXPECT_EQ(state.intfConfigInput->intf().size(), row.interfaces) << name;
+      EXPECT_EQ(state.l3IntfStatusDir->intfStatus().size(), row.interfaces) << name;
+      ASSERT_EQ(state.fieldSetConfig->fieldSetIpPrefix().size(), row.prefixSets) << name;
+      for (auto const& [setName, set] : state.fieldSetConfig->fieldSetIpPrefix()) {
+         EXPECT_EQ(set->currCfg()->numPrefixes(), row.prefixes) << name << " " << setName.view();
+      }
+      EXPECT_EQ(state.interfaceInput.status->policyMapStatus().size(), row.policies) << name;
+   }
+}
+
+}  // namespace

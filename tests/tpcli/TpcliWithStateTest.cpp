@@ -1,0 +1,132 @@
+// tpcli as a process on a loaded device state (the bundled example): every command form runs,
+// JSON is JSON, and the output ends as documented when its reader goes away, the disk is full, an
+// invariant breaks, the user interrupts, or a terminal pages it. Most runs use the fake show
+// library, which writes back its arguments and as much filler as a test asks for.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/TpcliProcess.h"
+#include "support/Words.h"
+
+namespace tpcli_test {
+namespace {
+
+std::string const kFake = "--library " FAKE_SHOW_LIBRARY " ";
+std::string const kLotsOfLines = "TPCLI_FAKE_LINES=1000000";
+
+// A terminal for tpcli's standard output; what reaches it is read back from the other side.
+class Terminal {
+ public:
+   Terminal() { openpty(&controller_, &device_, nullptr, nullptr, nullptr); }
+   ~Terminal() {
+      close(controller_);
+      close(device_);
+   }
+   Terminal(Terminal const&) = delete;
+   Terminal& operator=(Terminal const&) = delete;
+
+   TpcliSetup setup(std::vector<std::string> environment) const {
+      return {std::move(environment), Output::given, device_};
+   }
+   std::string shown() const {
+      fcntl(controller_, F_SETFL, O_NONBLOCK);
+      std::string text;
+      char chunk[4096];
+      for (ssize_t got; (got = read(controller_, chunk, sizeof chunk)) > 0;) {
+         text.append(chunk, static_cast<std::size_t>(got));
+      }
+      return text;
+   }
+
+ private:
+   int controller_ = -1;
+   int device_ = -1;
+};
+
+TEST(TpcliWithStateTest, EveryCommandRunsOnTheBundledExample) {
+   expectRuns({
+       {"show traffic-policy interface", {}, 0, ""},
+       {"sh traffic-policy int det", {}, 0, ""},
+       {"show traffic-policy interface input summary", {}, 0, ""},
+       {"show traffic-policy interface output errors", {}, 0, ""},
+       {"--revision 1 show traffic-policy cpu counters", {}, 0, ""},
+       {"show traffic-policy field-set ipv4 prefix contains 10.0.0.0/8", {}, 0, ""},
+       {"show traffic-policy field-set ipv6 prefix", {}, 0, ""},
+       {"show traffic-policy field-set l4-port contains 1-1024", {}, 0, ""},
+       {"show traffic-policy field-set vlan contains 100", {}, 0, ""},
+   });
+}
+
+TEST(TpcliWithStateTest, OutputEndsAsDocumented) {
+   Terminal const terminal;
+   expectRuns({
+       {kFake + "show traffic-policy interface", {{kLotsOfLines}, Output::closedPipe}, 0, ""},
+       {kFake + "show traffic-policy interface",
+        {{}, Output::fullDisk},
+        1,
+        "cannot write output: No space left on device"},
+       {kFake + "show traffic-policy policy broken-invariant cpu",
+        {},
+        70,
+        "internal error: assertion \""},
+       {kFake + "show traffic-policy interface",
+        terminal.setup({kLotsOfLines, "PAGER=head -c 100 >/dev/null"}), 0, ""},
+   });
+}
+
+TEST(TpcliWithStateTest, JsonByOptionOrByFilterIsValidJson) {
+   for (auto const& line : {"--json show traffic-policy interface input detail",
+                            "show traffic-policy interface input detail | json",
+                            "show traffic-policy interface input detail |json"}) {
+      auto const run = runTpcli(wordsOf(kFake + line));
+      ASSERT_EQ(run.exitCode, 0) << line << ": " << run.standardError;
+      auto const arguments = nlohmann::json::parse(run.standardOutput);
+      EXPECT_EQ(arguments.value("format", 0), 2) << line;
+      EXPECT_EQ(arguments.value("detail", false), true) << line;
+      EXPECT_EQ(arguments.value("filterInput", false), true) << line;
+   }
+}
+
+TEST(TpcliWithStateTest, AnInterruptStopsTheOutputWithOneHundredThirty) {
+   int ends[2];
+   ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+   auto const pid = startTpcli(wordsOf(kFake + "show traffic-policy interface"),
+                               {{kLotsOfLines}, Output::given, ends[1]});
+   close(ends[1]);
+   char chunk[65536];
+   ASSERT_GT(read(ends[0], chunk, sizeof chunk), 0);  // the output is under way
+   kill(pid, SIGINT);
+   std::string rest;
+   for (ssize_t got; (got = read(ends[0], chunk, sizeof chunk)) > 0;) {
+      rest.append(chunk, static_cast<std::size_t>(got));
+   }
+   close(ends[0]);
+   EXPECT_EQ(waitForExit(pid), 130);
+   EXPECT_TRUE(rest.ends_with("exiting interrupted\n"));
+}
+
+TEST(TpcliWithStateTest, ATerminalPagesUnlessToldNotTo) {
+   auto const paged = std::filesystem::path(::testing::TempDir()) / "tpcli-terminal-paged";
+   for (bool const noPager : {false, true}) {
+      std::filesystem::remove(paged);
+      Terminal const terminal;
+      auto const line = kFake + (noPager ? "--no-pager " : "") + "show traffic-policy cpu";
+      auto const run = runTpcli(wordsOf(line), terminal.setup({"PAGER=cat > " + paged.string()}));
+      EXPECT_EQ(run.exitCode, 0) << line << ": " << run.standardError;
+      std::stringstream pagedText;
+      pagedText << std::ifstream(paged).rdbuf();
+      EXPECT_EQ(terminal.shown().find("\"factory\":\"cpu\"") != std::string::npos, noPager) << line;
+      EXPECT_EQ(pagedText.str().find("\"factory\":\"cpu\"") != std::string::npos, !noPager) << line;
+   }
+}
+
+}  // namespace
+}  // namespace tpcli_test

@@ -1,0 +1,26 @@
+// Running a show request against a device state: the request's choices and the state's handles
+// become the arguments of the matching factory, and the show object it makes is rendered.
+#pragma once
+
+#include <cstdint>
+
+#include "Kel/Ptr.h"
+#include "StateLoader/DeviceState.h"
+#include "TrafficPolicyCli/ShowCommand.h"
+#include "tpcli/Command.h"
+#include "tpcli/FactoryTable.h"
+#include "vellum/OutputFormat.h"
+
+namespace tpcli {
+
+Kel::Ptr<TrafficPolicyCli::ShowCommand> makeShowCommand(FactoryTable const& factories,
+                                                        StateLoader::DeviceState const& state,
+                                                        ShowRequest const& request);
+
+// Renders onto `fd` while holding the activity lock, as every command reading the model does. A
+// failure to write becomes CommandError "cannot write output: ..."; an interrupt or a vanished
+// reader is handled by the show object itself and returns normally.
+void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
+                       vellum::OutputFormat_t format, std::uint32_t revision);
+
+}  // namespace tpcli

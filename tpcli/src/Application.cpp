@@ -1,0 +1,120 @@
+// The order of a run's steps and the exit code each failure gives.
+#include "tpcli/Application.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "Kel/Assert.h"
+#include "Kel/Trace.h"
+#include "StateLoader/Loader.h"
+#include "tpcli/CommandGrammar.h"
+#include "tpcli/CommandRunner.h"
+#include "tpcli/ExitCode.h"
+#include "tpcli/Locations.h"
+#include "tpcli/Options.h"
+#include "tpcli/Pager.h"
+#include "tpcli/ShowLibrary.h"
+#include "tpcli/StandardOutput.h"
+#include "vellum/SigIntException.h"
+
+namespace tpcli {
+
+namespace {
+
+void prepareProcess() {
+   // A closed output must show up as EPIPE from write, never end the process; the print buffer
+   // and StandardOutput then stop quietly.
+   std::signal(SIGPIPE, SIG_IGN);
+   vellum::installSigIntHandler();
+   // A broken invariant ends the command with "internal error", not the process with an abort.
+   Kel::assertHandlerIs(&Kel::throwingAssertHandler);
+}
+
+template <typename T>
+T valueOr(Kel::Expected<T> expected, ExitCode code) {
+   if (!expected) {
+      throw CommandError(code, expected.reason());
+   }
+   return std::move(expected).value();
+}
+
+std::unique_ptr<Pager> pagerIfWanted(Options const& options) {
+   auto const command =
+       pagerCommand(!options.noPager, isatty(STDOUT_FILENO) == 1, std::getenv("PAGER"));
+   return command ? std::make_unique<Pager>(*command) : nullptr;
+}
+
+void render(ShowLibrary const& library, StateLoader::DeviceState const& state,
+            ShowRequest const& request, vellum::OutputFormat_t format, std::uint32_t revision) {
+   auto const command = makeShowCommand(library.factories(), state, request);
+   renderShowCommand(*command, STDOUT_FILENO, format, revision);
+}
+
+ExitCode show(Options const& options, ShowRequest const& request, vellum::OutputFormat_t format) {
+   // Declared first so that it outlives the show object, whose code it holds.
+   auto const library =
+       valueOr(ShowLibrary::open(showLibraryPath(options.libraryPath)), ExitCode::failed);
+   auto const state =
+       valueOr(StateLoader::loadState(options.statePath.value_or(exampleStatePath())),
+               ExitCode::invalidState);
+   auto const pager = pagerIfWanted(options);
+   render(library, state, request, format, options.revision);
+   flushStandardOutput();
+   if (pager) {
+      pager->finish();
+   }
+   return vellum::sigIntNoticed() ? ExitCode::interrupted : ExitCode::done;
+}
+
+ExitCode runInvocation(std::vector<std::string> arguments) {
+   auto const invocation = valueOr(parseCommandLine(std::move(arguments)), ExitCode::usage);
+   if (invocation.textToPrint) {
+      writeStandardOutput(*invocation.textToPrint);
+      return ExitCode::done;
+   }
+   auto const& options = invocation.options;
+   auto const command = valueOr(parseCommand(options.commandWords), ExitCode::usage);
+   if (options.traceLevel) {
+      Kel::traceSpecIs(std::to_string(*options.traceLevel));
+   }
+   if (std::holds_alternative<ClearCountersRequest>(command.request)) {
+      throw CommandError(ExitCode::failed, "clearing counters is not available in this build");
+   }
+   auto const json = options.json || command.json;
+   return show(options, std::get<ShowRequest>(command.request),
+               json ? vellum::OutputFormat_t::json : vellum::OutputFormat_t::text);
+}
+
+ExitCode report(ExitCode code, std::string const& message) {
+   std::fprintf(stderr, "tpcli: %s\n", message.c_str());
+   return code;
+}
+
+}  // namespace
+
+int run(int argc, char const* const* argv) {
+   prepareProcess();
+   ExitCode code = ExitCode::done;
+   try {
+      code = runInvocation(std::vector<std::string>(argv + 1, argv + argc));
+   } catch (CommandError const& error) {
+      code = report(error.code(), error.what());
+   } catch (std::bad_alloc const&) {
+      code = report(ExitCode::failed, "out of memory");
+   } catch (std::exception const& error) {
+      // Kel::AssertionError among them: its text quotes the broken invariant.
+      code = report(ExitCode::internalError, std::string("internal error: ") + error.what());
+   }
+   return static_cast<int>(code);
+}
+
+}  // namespace tpcli

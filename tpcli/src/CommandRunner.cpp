@@ -1,0 +1,97 @@
+// The factory arguments of each show request, and rendering with write failures reported.
+#include "tpcli/CommandRunner.h"
+
+#include <system_error>
+
+#include "Kel/ActivityLock.h"
+#include "tpcli/StandardOutput.h"
+
+namespace tpcli {
+
+namespace {
+
+struct ViewFlags {
+   bool summary;
+   bool errors;
+   bool detail;
+   bool counters;
+};
+
+ViewFlags flagsOf(PolicyView view) {
+   return {view == PolicyView::summary, view == PolicyView::errors, view == PolicyView::detail,
+           view == PolicyView::counters};
+}
+
+// The policy show objects' fifth flag is never set by these commands.
+constexpr bool kFifthFlag = false;
+
+class ShowCommandMaker {
+ public:
+   ShowCommandMaker(FactoryTable const& factories, StateLoader::DeviceState const& state)
+       : factories_(factories), state_(state) {}
+
+   Kel::Ptr<TrafficPolicyCli::ShowCommand> operator()(InterfaceRequest const& request) const {
+      auto const flags = flagsOf(request.view);
+      auto const& input = state_.interfaceInput;
+      auto const& output = state_.interfaceOutput;
+      return factories_.interface(
+          state_.config, input.status, input.counter, Kel::String(request.policyName),
+          flags.summary, flags.errors, flags.detail, flags.counters, kFifthFlag,
+          state_.fieldSetConfig, state_.hwStatus, input.counterTable, output.status, output.counter,
+          state_.intfConfigInput, state_.intfConfigOutput, state_.intfParamStatus,
+          output.counterTable, request.direction == Direction::input,
+          request.direction == Direction::output);
+   }
+
+   Kel::Ptr<TrafficPolicyCli::ShowCommand> operator()(CpuRequest const& request) const {
+      auto const flags = flagsOf(request.view);
+      auto const& cpu = state_.cpu;
+      return factories_.cpu(state_.config, cpu.status, cpu.counter, Kel::String(request.policyName),
+                            flags.summary, flags.errors, flags.detail, flags.counters, kFifthFlag,
+                            state_.fieldSetConfig, state_.hwStatus, cpu.counterTable,
+                            state_.vrfConfig, state_.allVrfConfig, state_.l3IntfStatusDir);
+   }
+
+   Kel::Ptr<TrafficPolicyCli::ShowCommand> operator()(PrefixFieldSetRequest const& request) const {
+      return factories_.prefixFieldSet(state_.fieldSetConfig, Kel::String(request.name),
+                                       request.ipv4, request.contains.has_value(),
+                                       request.contains.value_or(Quoll::IpGenPrefix()),
+                                       request.exact);
+   }
+
+   Kel::Ptr<TrafficPolicyCli::ShowCommand> operator()(L4PortFieldSetRequest const& request) const {
+      return factories_.l4PortFieldSet(state_.fieldSetConfig, Kel::String(request.name),
+                                       request.contains.has_value(),
+                                       request.contains.value_or(Classification::PortRange()));
+   }
+
+   Kel::Ptr<TrafficPolicyCli::ShowCommand> operator()(VlanFieldSetRequest const& request) const {
+      return factories_.vlanFieldSet(state_.fieldSetConfig, Kel::String(request.name),
+                                     request.contains.has_value(),
+                                     request.contains.value_or(Classification::VlanRange()));
+   }
+
+ private:
+   FactoryTable const& factories_;
+   StateLoader::DeviceState const& state_;
+};
+
+}  // namespace
+
+Kel::Ptr<TrafficPolicyCli::ShowCommand> makeShowCommand(FactoryTable const& factories,
+                                                        StateLoader::DeviceState const& state,
+                                                        ShowRequest const& request) {
+   return std::visit(ShowCommandMaker(factories, state), request);
+}
+
+void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
+                       vellum::OutputFormat_t format, std::uint32_t revision) {
+   Kel::ActivityLockGuard const lock(Kel::ActivityLock::instance());
+   try {
+      command.render(static_cast<std::uint32_t>(fd), static_cast<std::uint32_t>(format), revision);
+   } catch (std::system_error const& error) {
+      throw outputFailure(error.code().value());
+   }
+}
+
+}  // namespace tpcli

@@ -1,0 +1,114 @@
+// Keyword matching by unique prefix and the usage messages of the command grammar.
+#include "tpcli/WordReader.h"
+
+#include <algorithm>
+
+namespace tpcli {
+
+namespace {
+
+// "a, b or c" with " or " as the last separator; "a, b, c" with ", ".
+std::string joined(std::vector<std::string_view> const& words, std::string_view lastSeparator) {
+   std::string text;
+   for (std::size_t i = 0; i < words.size(); ++i) {
+      if (i > 0) {
+         text += i + 1 == words.size() ? lastSeparator : ", ";
+      }
+      text += words[i];
+   }
+   return text;
+}
+
+// What may come next, for the messages: the keywords and, where the command may end, that too.
+std::string alternatives(Keywords keywords, std::string_view orElse) {
+   std::vector<std::string_view> all(keywords.begin(), keywords.end());
+   if (!orElse.empty()) {
+      all.push_back(orElse);
+   }
+   return joined(all, " or ");
+}
+
+std::string quoted(std::string_view word) {
+   return "\"" + std::string(word) + "\"";
+}
+
+}  // namespace
+
+std::optional<std::string_view> WordReader::match(std::string_view word, Keywords allowed) {
+   if (word.empty()) {
+      return std::nullopt;
+   }
+   if (std::ranges::find(allowed, word) != allowed.end()) {
+      return word;
+   }
+   std::vector<std::string_view> candidates;
+   std::ranges::copy_if(allowed, std::back_inserter(candidates),
+                        [word](std::string_view keyword) { return keyword.starts_with(word); });
+   if (candidates.size() > 1) {
+      throw UsageError("ambiguous word " + quoted(word) + ": could be " + joined(candidates, ", "));
+   }
+   if (candidates.empty()) {
+      return std::nullopt;
+   }
+   return candidates.front();
+}
+
+std::string_view WordReader::takeKeyword(Keywords allowed, std::string_view orElse) {
+   auto const& word = words_[next_];
+   auto const keyword = match(word, allowed);
+   if (!keyword) {
+      auto const what = next_ == 0 ? "unknown command " : "unknown word ";
+      throw UsageError(what + quoted(word) + after(next_) + ": expected " +
+                       alternatives(allowed, orElse));
+   }
+   ++next_;
+   return *keyword;
+}
+
+std::string_view WordReader::keyword(Keywords allowed) {
+   if (atEnd()) {
+      auto const what = next_ == 0 ? std::string("missing command") : "missing word" + after(next_);
+      throw UsageError(what + ": expected " + alternatives(allowed, {}));
+   }
+   return takeKeyword(allowed, {});
+}
+
+std::optional<std::string_view> WordReader::optionalKeyword(Keywords allowed) {
+   if (atEnd()) {
+      return std::nullopt;
+   }
+   return takeKeyword(allowed, "end of command");
+}
+
+bool WordReader::nextIsKeyword(Keywords allowed) const {
+   return !atEnd() && match(words_[next_], allowed).has_value();
+}
+
+std::string const& WordReader::value(std::string_view what) {
+   if (atEnd()) {
+      throw UsageError("missing " + std::string(what) + after(next_));
+   }
+   if (words_[next_].empty()) {
+      throw UsageError("empty " + std::string(what) + after(next_));
+   }
+   return words_[next_++];
+}
+
+void WordReader::end() const {
+   if (!atEnd()) {
+      throw UsageError("unexpected word " + quoted(words_[next_]) + after(next_) +
+                       ": expected end of command");
+   }
+}
+
+void WordReader::rejectValue(std::string_view what, std::string_view reason) const {
+   auto const taken = next_ - 1;
+   throw UsageError("invalid " + std::string(what) + " " + quoted(words_[taken]) + after(taken) +
+                    ": " + std::string(reason));
+}
+
+std::string WordReader::after(std::size_t index) const {
+   return index == 0 ? std::string() : " after " + quoted(words_[index - 1]);
+}
+
+}  // namespace tpcli
