@@ -62,8 +62,7 @@ Kel::TypeInfo const& ShowTrafficPolicyBase::typeInfo() {
 
 void ShowTrafficPolicyBase::render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) {
    try {
-      cacheFieldSetState();
-      cachePoliciesState();
+      cacheState();
       if (counters_) {
          renderTrafficPolicyCounters(fd, fmt, revision);
       } else {
@@ -72,6 +71,11 @@ void ShowTrafficPolicyBase::render(std::uint32_t fd, std::uint32_t fmt, std::uin
    } catch (vellum::SigIntException const& interrupted) {
       std::printf("exiting %s\n", interrupted.what());
    }
+}
+
+void ShowTrafficPolicyBase::cacheState() {
+   cacheFieldSetState();
+   cachePoliciesState();
 }
 
 void ShowTrafficPolicyBase::renderTrafficPolicy(std::uint32_t, std::uint32_t, std::uint32_t) {}

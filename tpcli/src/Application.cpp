@@ -54,9 +54,13 @@ std::unique_ptr<Pager> pagerIfWanted(Options const& options) {
 }
 
 void render(ShowLibrary const& library, StateLoader::DeviceState const& state,
-            ShowRequest const& request, vellum::OutputFormat_t format, std::uint32_t revision) {
+            ShowRequest const& request, Options const& options, vellum::OutputFormat_t format) {
    auto const command = makeShowCommand(library.factories(), state, request);
-   renderShowCommand(*command, STDOUT_FILENO, format, revision);
+   if (options.records) {
+      writeCachedRecords(*command, STDOUT_FILENO);
+   } else {
+      renderShowCommand(*command, STDOUT_FILENO, format, options.revision);
+   }
 }
 
 ExitCode show(Options const& options, ShowRequest const& request, vellum::OutputFormat_t format) {
@@ -67,7 +71,7 @@ ExitCode show(Options const& options, ShowRequest const& request, vellum::Output
        valueOr(StateLoader::loadState(options.statePath.value_or(exampleStatePath())),
                ExitCode::invalidState);
    auto const pager = pagerIfWanted(options);
-   render(library, state, request, format, options.revision);
+   render(library, state, request, options, format);
    flushStandardOutput();
    if (pager) {
       pager->finish();

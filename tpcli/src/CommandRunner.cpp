@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "Kel/ActivityLock.h"
+#include "tpcli/RecordsWriter.h"
 #include "tpcli/StandardOutput.h"
 
 namespace tpcli {
@@ -84,14 +85,34 @@ Kel::Ptr<TrafficPolicyCli::ShowCommand> makeShowCommand(FactoryTable const& fact
    return std::visit(ShowCommandMaker(factories, state), request);
 }
 
-void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
-                       vellum::OutputFormat_t format, std::uint32_t revision) {
+namespace {
+
+// Runs `work` on the model as every command does: holding the activity lock, with a failure to
+// write reported as the command's error.
+template <typename Work>
+void onLockedModel(Work const& work) {
    Kel::ActivityLockGuard const lock(Kel::ActivityLock::instance());
    try {
-      command.render(static_cast<std::uint32_t>(fd), static_cast<std::uint32_t>(format), revision);
+      work();
    } catch (std::system_error const& error) {
       throw outputFailure(error.code().value());
    }
+}
+
+}  // namespace
+
+void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
+                       vellum::OutputFormat_t format, std::uint32_t revision) {
+   onLockedModel([&] {
+      command.render(static_cast<std::uint32_t>(fd), static_cast<std::uint32_t>(format), revision);
+   });
+}
+
+void writeCachedRecords(TrafficPolicyCli::ShowCommand& command, int fd) {
+   onLockedModel([&] {
+      command.cacheState();
+      writeRecords(command, fd);
+   });
 }
 
 }  // namespace tpcli

@@ -63,6 +63,8 @@ void describeOptions(CLI::App& app, Options& options) {
        ->type_name("N")
        ->check(wholeNumberIn(0, 9));
    app.add_flag("--no-pager", options.noPager, "Never page the output");
+   app.add_flag("--records", options.records,
+                "Run only the command's caching and print its cached records as JSON");
    app.add_option("--library", options.libraryPath,
                   "The show library (default: $TPCLI_LIBRARY, then beside tpcli)")
        ->type_name("PATH");

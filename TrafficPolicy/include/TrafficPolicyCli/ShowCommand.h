@@ -14,6 +14,9 @@ class ShowCommand : public Kel::Entity {
  public:
    // fd: where the output goes; fmt: 1 text, 2 JSON; revision: the output revision.
    virtual void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) = 0;
+   // Runs only the caching phase of `render`, so that the cached records can be inspected
+   // through reflection. Commands without a caching phase do nothing.
+   virtual void cacheState() {}
 };
 
 }  // namespace TrafficPolicyCli

@@ -34,6 +34,8 @@ class ShowTrafficPolicyBase : public ShowCommand {
    // Caches, then renders the policies or, with the counters view, their counters. An interrupt
    // from the renderer ends the output with "exiting ..." and a normal return.
    void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override;
+   // Field-set usage first, then the policies.
+   void cacheState() override;
 
    // ---- Virtual steps, in slot order ----
    virtual void renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision);

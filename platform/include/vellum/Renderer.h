@@ -12,6 +12,7 @@
 #include <array>
 #include <charconv>
 #include <concepts>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -128,6 +129,11 @@ class Renderer {
    void _addJsonKeyValuePair(std::string_view key, bool value) {
       if (startPair(key)) {
          buffer_.append(value ? std::string_view("true") : std::string_view("false"));
+      }
+   }
+   void _addJsonKeyValuePair(std::string_view key, std::nullptr_t) {
+      if (startPair(key)) {
+         buffer_.append(std::string_view("null"));
       }
    }
    void _addJsonKeyValuePair(std::string_view key, Quoll::IpGenPrefix const& value) {

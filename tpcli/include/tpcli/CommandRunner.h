@@ -23,4 +23,7 @@ Kel::Ptr<TrafficPolicyCli::ShowCommand> makeShowCommand(FactoryTable const& fact
 void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
                        vellum::OutputFormat_t format, std::uint32_t revision);
 
+// Runs only the command's caching and writes its cached records as JSON onto `fd`.
+void writeCachedRecords(TrafficPolicyCli::ShowCommand& command, int fd);
+
 }  // namespace tpcli
