@@ -368,7 +368,11 @@ Kel::Ptr<FieldSetState> ShowTrafficPolicyBase::fieldSetStateIs(Kel::String const
 }
 
 Kel::Ptr<PolicyState> ShowTrafficPolicyBase::policyState(Kel::String const& name) const {
-   return valueOr(policyState_, name);
+   if (!lastPolicyState_ || lastPolicyName_ != name) {
+      lastPolicyState_ = valueOr(policyState_, name);
+      lastPolicyName_ = name;
+   }
+   return lastPolicyState_;
 }
 
 }  // namespace TrafficPolicyCli

@@ -94,10 +94,17 @@ class ShowTrafficPolicyBase : public ShowCommand {
    PolicyStateMap const& policyState() const noexcept { return policyState_; }
    Kel::Ptr<PolicyState> policyState(Kel::String const& name) const;
    void policyStateIs(Kel::String const& name, Kel::Ptr<PolicyState> state) {
+      lastPolicyState_.reset();
       policyState_.insertOrAssign(name, std::move(state));
    }
-   void policyStateDel(Kel::String const& name) { policyState_.erase(name); }
-   void policyStateDelAll() { policyState_.clear(); }
+   void policyStateDel(Kel::String const& name) {
+      lastPolicyState_.reset();
+      policyState_.erase(name);
+   }
+   void policyStateDelAll() {
+      lastPolicyState_.reset();
+      policyState_.clear();
+   }
 
    Kel::Ptr<CounterReader const> const& inputCounterHelper() const noexcept {
       return inputCounterHelper_;
@@ -141,6 +148,9 @@ class ShowTrafficPolicyBase : public ShowCommand {
    Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> counterTable_;
    Kel::Ptr<FieldSetState> fieldSetState_;
    PolicyStateMap policyState_;
+   // Caching asks for the same policy's record once per rule; the last answer is kept.
+   mutable Kel::String lastPolicyName_;
+   mutable Kel::Ptr<PolicyState> lastPolicyState_;
    Kel::Ptr<CounterReader const> inputCounterHelper_;
 };
 

@@ -13,6 +13,30 @@
 
 namespace PolicyMap {
 
+// The answer to the last lookup of a policy's counters, kept while the same policy is asked for
+// and the collection it came from has not changed.
+template <typename PolicyCounters>
+struct LastLookup {
+   template <typename Collection, typename Key>
+   PolicyCounters const* get(PolicyMapSmKey const& key, Collection const* collection,
+                             Key const& collectionKey) {
+      auto const changeCount = collection ? collection->changeCount() : 0;
+      if (!valid || lastKey != key || lastChangeCount != changeCount) {
+         auto const* entry = collection ? collection->lookup(collectionKey) : nullptr;
+         found = entry ? *entry : nullptr;
+         lastKey = key;
+         lastChangeCount = changeCount;
+         valid = true;
+      }
+      return found.get();
+   }
+
+   bool valid = false;
+   PolicyMapSmKey lastKey;
+   std::uint64_t lastChangeCount = 0;
+   Kel::Ptr<PolicyCounters const> found;
+};
+
 class PolicyMapCounterStatusReaderBase : public Kel::Entity {
  public:
    // Null when the policy or the counter is unknown.
@@ -45,6 +69,8 @@ class PolicyMapLedgerCounterStatusReader : public PolicyMapCounterStatusReaderBa
    PolicyMapStatus const* policy(PolicyMapSmKey const& key) const;
 
    Kel::Ptr<PolicyMapTypeStatus const> typeStatus_;
+   // Readers are asked about one policy's counters many times in a row.
+   mutable LastLookup<PolicyMapStatus> lastPolicy_;
 };
 
 class PolicyMapPylonCounterStatusReader : public PolicyMapCounterStatusReaderBase {
@@ -71,6 +97,7 @@ class PolicyMapPylonCounterStatusReader : public PolicyMapCounterStatusReaderBas
    Counters::PolicyMapCounters const* policy(PolicyMapSmKey const& key) const;
 
    Kel::Ptr<Counters::PolicyMapTypeCounters const> typeCounters_;
+   mutable LastLookup<Counters::PolicyMapCounters> lastPolicy_;
 };
 
 }  // namespace PolicyMap

@@ -34,11 +34,8 @@ std::uint32_t namedCount(PolicyCounters const* policy) {
 }  // namespace
 
 PolicyMapStatus const* PolicyMapLedgerCounterStatusReader::policy(PolicyMapSmKey const& key) const {
-   if (!typeStatus_) {
-      return nullptr;
-   }
-   auto const* status = typeStatus_->policyMapStatus().lookup(key.policyName);
-   return status ? status->get() : nullptr;
+   return lastPolicy_.get(key, typeStatus_ ? &typeStatus_->policyMapStatus() : nullptr,
+                          key.policyName);
 }
 
 Kel::Ptr<PacketDataStatus const> PolicyMapLedgerCounterStatusReader::classCounterData(
@@ -67,11 +64,7 @@ Kel::TypeInfo const& PolicyMapLedgerCounterStatusReader::fwkType() const {
 
 Counters::PolicyMapCounters const* PolicyMapPylonCounterStatusReader::policy(
     PolicyMapSmKey const& key) const {
-   if (!typeCounters_) {
-      return nullptr;
-   }
-   auto const* counters = typeCounters_->policyMapCounters().lookup(key);
-   return counters ? counters->get() : nullptr;
+   return lastPolicy_.get(key, typeCounters_ ? &typeCounters_->policyMapCounters() : nullptr, key);
 }
 
 Kel::Ptr<PacketDataStatus const> PolicyMapPylonCounterStatusReader::classCounterData(
