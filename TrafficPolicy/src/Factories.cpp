@@ -31,13 +31,8 @@ Kel::Ptr<ShowCommand> showTrafficPolicyBaseFactory(TRAFFIC_POLICY_CLI_BASE_ARGUM
                                       counterTable);
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(
-    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
-    Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
-    Handle<PolicyMap::IntfConfig> intfConfigOutput,
-    Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
-    Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
-    bool filterInputPolicies, bool filterOutputPolicies) {
+Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
+                                                        TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS) {
    return made<ShowTrafficPolicyInterface>(
        config, status, counter, policyName, summary, errors, detail, counters, fifthFlag,
        fieldSetConfig, trafficPolicyHwStatus, counterTable, statusOutput, counterOutput,
@@ -46,9 +41,7 @@ Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyCpuFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
-                                                  Handle<PolicyMap::VrfConfig> vrfConfig,
-                                                  Handle<Ip::AllVrfConfig> allVrfConfig,
-                                                  Handle<L3::Intf::StatusDir> l3IntfStatusDir) {
+                                                  TRAFFIC_POLICY_CLI_CPU_ARGUMENTS) {
    return made<ShowTrafficPolicyCpu>(config, status, counter, policyName, summary, errors, detail,
                                      counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
                                      counterTable, vrfConfig, allVrfConfig, l3IntfStatusDir);

@@ -6,9 +6,7 @@
 namespace TrafficPolicyCli {
 
 ShowTrafficPolicyCpu::ShowTrafficPolicyCpu(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
-                                           Handle<PolicyMap::VrfConfig> vrfConfig,
-                                           Handle<Ip::AllVrfConfig> allVrfConfig,
-                                           Handle<L3::Intf::StatusDir> l3IntfStatusDir)
+                                           TRAFFIC_POLICY_CLI_CPU_ARGUMENTS)
     : ShowTrafficPolicyBase(config, status, counter, policyName, summary, errors, detail, counters,
                             fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable),
       vrfConfig_(vrfConfig),

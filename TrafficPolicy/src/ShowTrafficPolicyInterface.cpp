@@ -5,13 +5,8 @@
 
 namespace TrafficPolicyCli {
 
-ShowTrafficPolicyInterface::ShowTrafficPolicyInterface(
-    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
-    Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
-    Handle<PolicyMap::IntfConfig> intfConfigOutput,
-    Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
-    Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
-    bool filterInputPolicies, bool filterOutputPolicies)
+ShowTrafficPolicyInterface::ShowTrafficPolicyInterface(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
+                                                       TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS)
     : ShowTrafficPolicyBase(config, status, counter, policyName, summary, errors, detail, counters,
                             fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable),
       statusOutput_(statusOutput),

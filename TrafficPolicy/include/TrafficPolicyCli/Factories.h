@@ -30,22 +30,30 @@ using Handle = Kel::Ptr<T const> const&;
        Handle<TrafficPolicy::HwStatus> trafficPolicyHwStatus,                               \
        Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterTable
 
+// What the interface show object takes after the base arguments.
+#define TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS                                               \
+   Handle<TrafficPolicy::Status> statusOutput, Handle<TrafficPolicy::Counter> counterOutput, \
+       Handle<PolicyMap::IntfConfig> intfConfigInput,                                        \
+       Handle<PolicyMap::IntfConfig> intfConfigOutput,                                       \
+       Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,                \
+       Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,               \
+       bool filterInputPolicies, bool filterOutputPolicies
+
+// What the CPU show object takes after the base arguments.
+#define TRAFFIC_POLICY_CLI_CPU_ARGUMENTS                                          \
+   Handle<PolicyMap::VrfConfig> vrfConfig, Handle<Ip::AllVrfConfig> allVrfConfig, \
+       Handle<L3::Intf::StatusDir> l3IntfStatusDir
+
 extern "C" {
 
 TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyBaseFactory(
     TRAFFIC_POLICY_CLI_BASE_ARGUMENTS);
 
 TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(
-    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
-    Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
-    Handle<PolicyMap::IntfConfig> intfConfigOutput,
-    Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
-    Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
-    bool filterInputPolicies, bool filterOutputPolicies);
+    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS);
 
 TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyCpuFactory(
-    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<PolicyMap::VrfConfig> vrfConfig,
-    Handle<Ip::AllVrfConfig> allVrfConfig, Handle<L3::Intf::StatusDir> l3IntfStatusDir);
+    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, TRAFFIC_POLICY_CLI_CPU_ARGUMENTS);
 
 TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(
     Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,

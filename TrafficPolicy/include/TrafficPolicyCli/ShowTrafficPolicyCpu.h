@@ -8,9 +8,7 @@ namespace TrafficPolicyCli {
 
 class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
  public:
-   ShowTrafficPolicyCpu(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<PolicyMap::VrfConfig> vrfConfig,
-                        Handle<Ip::AllVrfConfig> allVrfConfig,
-                        Handle<L3::Intf::StatusDir> l3IntfStatusDir);
+   ShowTrafficPolicyCpu(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, TRAFFIC_POLICY_CLI_CPU_ARGUMENTS);
 
    Kel::TypeInfo const& fwkType() const override;
 

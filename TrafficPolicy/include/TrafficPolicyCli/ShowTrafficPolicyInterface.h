@@ -8,13 +8,8 @@ namespace TrafficPolicyCli {
 
 class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
  public:
-   ShowTrafficPolicyInterface(
-       TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
-       Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
-       Handle<PolicyMap::IntfConfig> intfConfigOutput,
-       Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
-       Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
-       bool filterInputPolicies, bool filterOutputPolicies);
+   ShowTrafficPolicyInterface(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
+                              TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS);
 
    Kel::TypeInfo const& fwkType() const override;
 

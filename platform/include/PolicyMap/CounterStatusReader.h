@@ -48,32 +48,62 @@ class PolicyMapCounterStatusReaderBase : public Kel::Entity {
    virtual std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const = 0;
 };
 
-class PolicyMapLedgerCounterStatusReader : public PolicyMapCounterStatusReaderBase {
+// Both readers keep their counters per policy, each policy with a rule and a named-counter map;
+// they differ only in where a policy's counters are found (policy()).
+template <typename PolicyCounters>
+class PerPolicyCounterReader : public PolicyMapCounterStatusReaderBase {
+ public:
+   Kel::Ptr<PacketDataStatus const> classCounterData(PolicyMapSmKey const& key,
+                                                     Kel::String const& className) const override {
+      auto const* counters = policy(key);
+      return counters ? find(counters->classCounter(), className) : nullptr;
+   }
+   Kel::Ptr<PacketDataStatus const> namedCounterData(
+       PolicyMapSmKey const& key, Kel::String const& counterName) const override {
+      auto const* counters = policy(key);
+      return counters ? find(counters->namedCounter(), counterName) : nullptr;
+   }
+   std::uint32_t numClasses(PolicyMapSmKey const& key) const override {
+      auto const* counters = policy(key);
+      return counters ? static_cast<std::uint32_t>(counters->classCounter().size()) : 0;
+   }
+   std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const override {
+      auto const* counters = policy(key);
+      return counters ? static_cast<std::uint32_t>(counters->namedCounter().size()) : 0;
+   }
+
+ protected:
+   // The policy's counters, or null.
+   virtual PolicyCounters const* policy(PolicyMapSmKey const& key) const = 0;
+
+   // Readers are asked about one policy's counters many times in a row.
+   mutable LastLookup<PolicyCounters> lastPolicy_;
+
+ private:
+   static Kel::Ptr<PacketDataStatus const> find(PacketDataMap const& counters,
+                                                Kel::String const& name) {
+      auto const* data = counters.lookup(name);
+      return data ? *data : nullptr;
+   }
+};
+
+class PolicyMapLedgerCounterStatusReader : public PerPolicyCounterReader<PolicyMapStatus> {
  public:
    // A null type status reads as empty.
    explicit PolicyMapLedgerCounterStatusReader(Kel::Ptr<PolicyMapTypeStatus const> typeStatus)
        : typeStatus_(std::move(typeStatus)) {}
    Kel::TypeInfo const& fwkType() const override;
 
-   Kel::Ptr<PacketDataStatus const> classCounterData(PolicyMapSmKey const& key,
-                                                     Kel::String const& className) const override;
-   Kel::Ptr<PacketDataStatus const> namedCounterData(PolicyMapSmKey const& key,
-                                                     Kel::String const& counterName) const override;
-   std::uint32_t numClasses(PolicyMapSmKey const& key) const override;
-   std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const override;
-
  protected:
    Kel::Ptr<PolicyMapTypeStatus const> const& typeStatus() const noexcept { return typeStatus_; }
+   PolicyMapStatus const* policy(PolicyMapSmKey const& key) const override;
 
  private:
-   PolicyMapStatus const* policy(PolicyMapSmKey const& key) const;
-
    Kel::Ptr<PolicyMapTypeStatus const> typeStatus_;
-   // Readers are asked about one policy's counters many times in a row.
-   mutable LastLookup<PolicyMapStatus> lastPolicy_;
 };
 
-class PolicyMapPylonCounterStatusReader : public PolicyMapCounterStatusReaderBase {
+class PolicyMapPylonCounterStatusReader
+    : public PerPolicyCounterReader<Counters::PolicyMapCounters> {
  public:
    // A null table reads as empty.
    explicit PolicyMapPylonCounterStatusReader(
@@ -81,23 +111,14 @@ class PolicyMapPylonCounterStatusReader : public PolicyMapCounterStatusReaderBas
        : typeCounters_(std::move(typeCounters)) {}
    Kel::TypeInfo const& fwkType() const override;
 
-   Kel::Ptr<PacketDataStatus const> classCounterData(PolicyMapSmKey const& key,
-                                                     Kel::String const& className) const override;
-   Kel::Ptr<PacketDataStatus const> namedCounterData(PolicyMapSmKey const& key,
-                                                     Kel::String const& counterName) const override;
-   std::uint32_t numClasses(PolicyMapSmKey const& key) const override;
-   std::uint32_t numNamedCounters(PolicyMapSmKey const& key) const override;
-
  protected:
    Kel::Ptr<Counters::PolicyMapTypeCounters const> const& typeCounters() const noexcept {
       return typeCounters_;
    }
+   Counters::PolicyMapCounters const* policy(PolicyMapSmKey const& key) const override;
 
  private:
-   Counters::PolicyMapCounters const* policy(PolicyMapSmKey const& key) const;
-
    Kel::Ptr<Counters::PolicyMapTypeCounters const> typeCounters_;
-   mutable LastLookup<Counters::PolicyMapCounters> lastPolicy_;
 };
 
 }  // namespace PolicyMap
