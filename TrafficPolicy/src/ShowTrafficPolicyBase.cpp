@@ -8,6 +8,7 @@
 #include "Kel/Assert.h"
 #include "Kel/RobustWalk.h"
 #include "Kel/Value.h"
+#include "TrafficPolicyCli/PolicyStateVariants.h"
 #include "TrafficPolicyCli/Trace.h"
 #include "vellum/SigIntException.h"
 
@@ -147,23 +148,38 @@ void ShowTrafficPolicyBase::cacheInstallError(PolicyMapStatusPtr const&,
                                               PolicyMap::ClassMapMatchOption) {}
 
 void ShowTrafficPolicyBase::cacheCounters(Kel::String const& policyName) {
+   cacheCountersThrough(inputCounterHelper_, policyName, true);
+}
+
+void ShowTrafficPolicyBase::cacheCountersThrough(Kel::Ptr<CounterReader const> const& reader,
+                                                 Kel::String const& policyName, bool isInput) {
    auto record = getOrCreatePolicyState(policyName);
    PolicyMap::PolicyMapSmKey const key{policyName, Kel::String()};
    auto const policyStatus = getPolicyMapStatus(policyName);
-   if (!inputCounterHelper_) {
+   if (!reader) {
       return;
    }
+   // Only interface records have an output half, and only the interface object caches it.
+   auto const outputHalf = [&record] { return static_cast<PolicyStateInterface*>(record.get()); };
    Kel::robustWalk(record->namedCounter(), [&](Kel::String const& name, bool) {
-      if (auto data = inputCounterHelper_->namedCounterData(key, name)) {
-         record->inputNamedCountersIs(data);
+      if (auto data = reader->namedCounterData(key, name)) {
+         if (isInput) {
+            record->inputNamedCountersIs(data);
+         } else {
+            outputHalf()->outputNamedCountersIs(data);
+         }
       }
    });
    if (!policyStatus) {
       return;
    }
    Kel::robustWalk(policyStatus->classMapStatus(), [&](Kel::String const& name, auto const&) {
-      if (auto data = inputCounterHelper_->classCounterData(key, name)) {
-         record->inputClassCountersIs(data);
+      if (auto data = reader->classCounterData(key, name)) {
+         if (isInput) {
+            record->inputClassCountersIs(data);
+         } else {
+            outputHalf()->outputClassCountersIs(data);
+         }
       }
    });
 }

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "StateLoader/Loader.h"
-#include "TempStateFiles.h"
+#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
 
 namespace {
@@ -32,7 +32,7 @@ TEST(ExampleStates, EveryExampleLoads) {
          continue;
       }
       ++examples;
-      testing_support::parseJson(stateloader_test::readFile(entry.path()));
+      testing_support::parseJson(testing_support::readFile(entry.path()));
       auto const loaded = StateLoader::loadState(entry.path().string());
       EXPECT_TRUE(loaded) << (loaded ? "" : loaded.reason());
    }

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "StateLoader/Loader.h"
-#include "TempStateFiles.h"
+#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
 
 namespace {
@@ -27,7 +27,7 @@ std::string generatorCommand(ScaleCase const& scale, std::string const& output) 
 }
 
 TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
-   stateloader_test::TempStateFiles const files;
+   testing_support::TempStateFiles const files;
    ScaleCase const cases[] = {
        {1, 1, 1, 1, 1},
        {3, 4, 7, 2, 50},
@@ -37,7 +37,7 @@ TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
       std::string const name = std::to_string(row.policies) + "x" + std::to_string(row.rules);
       auto const path = (files.folder() / (name + ".json")).string();
       ASSERT_EQ(std::system(generatorCommand(row, path).c_str()), 0) << name;
-      auto const json = testing_support::parseJson(stateloader_test::readFile(path));
+      auto const json = testing_support::parseJson(testing_support::readFile(path));
       EXPECT_EQ(json["trafficPolicies"].size(), row.policies) << name;
 
       auto const loaded = StateLoader::loadState(path);

@@ -15,7 +15,7 @@
 #include "PolicyMap/CounterStatusReader.h"
 #include "StateLoader/Loader.h"
 #include "TapAgg/Actions.h"
-#include "TempStateFiles.h"
+#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
 
 namespace {
@@ -62,7 +62,7 @@ class LoadedState : public testing::Test {
    std::filesystem::path const& folder() const { return files_.folder(); }
 
  private:
-   stateloader_test::TempStateFiles files_;
+   testing_support::TempStateFiles files_;
 };
 
 Quoll::IpGenPrefix prefix(std::string_view text) {

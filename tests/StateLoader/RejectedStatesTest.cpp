@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "StateLoader/Loader.h"
-#include "TempStateFiles.h"
+#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
 
 namespace {
 
-using stateloader_test::TempStateFiles;
+using testing_support::TempStateFiles;
 
 struct RejectedCase {
    std::string_view name;
@@ -321,7 +321,7 @@ TEST(RejectedStates, SyntaxFaultsNameThePointerLineAndColumn) {
 TEST(RejectedStates, EveryCutOfTheLabStateIsLocated) {
    constexpr std::size_t kStep = 13;
    TempStateFiles const files;
-   auto const lab = stateloader_test::readFile(std::filesystem::path(EXAMPLES_DIR) / "lab.json");
+   auto const lab = testing_support::readFile(std::filesystem::path(EXAMPLES_DIR) / "lab.json");
    auto const end = lab.rfind('}');
    for (std::size_t cut = 0; cut < end; cut += kStep) {
       auto const path = files.write("cut.json", std::string_view(lab).substr(0, cut));

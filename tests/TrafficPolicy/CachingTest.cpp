@@ -4,6 +4,7 @@
 
 #include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
 #include "TrafficPolicyCli/Trace.h"
+#include "support/TraceCapture.h"
 
 namespace {
 
@@ -67,27 +68,10 @@ struct Device {
 
 class CachingTest : public testing::Test {
  protected:
-   void SetUp() override {
-      level_ = TrafficPolicyCli::traceFacility().level();
-      TrafficPolicyCli::traceFacility().levelIs(7);
-      sink_ = Kel::traceSinkIs([this](Kel::TraceFacility const&, int level, std::string_view line) {
-         trace_.push_back(std::to_string(level) + " " + std::string(line));
-      });
-   }
-   void TearDown() override {
-      Kel::traceSinkIs(sink_);
-      TrafficPolicyCli::traceFacility().levelIs(level_);
-   }
-   bool traced(std::string const& line) const {
-      return std::find(trace_.begin(), trace_.end(), line) != trace_.end();
-   }
+   bool traced(std::string const& line) const { return trace_.traced(line); }
 
    Device device_;
-   std::vector<std::string> trace_;
-
- private:
-   int level_ = 0;
-   Kel::TraceSink sink_;
+   testing_support::TraceCapture trace_{TrafficPolicyCli::traceFacility(), 7};
 };
 
 TEST_F(CachingTest, RulesWithoutStatusOrMatchOptionLeaveNoGap) {
@@ -162,7 +146,7 @@ TEST_F(CachingTest, CountActionsNamingUndeclaredCounters) {
    EXPECT_TRUE(record->undefinedCounter());
    EXPECT_TRUE(record->namedCounter().contains("declared"));
    EXPECT_TRUE(traced("1 Class: r3 has undefined counter: c9"));
-   EXPECT_EQ(std::count_if(trace_.begin(), trace_.end(),
+   EXPECT_EQ(std::count_if(trace_.lines().begin(), trace_.lines().end(),
                            [](auto const& line) {
                               return line.find("undefined counter") != std::string::npos;
                            }),
@@ -283,7 +267,11 @@ class ShowObjectWithReader : public TrafficPolicyCli::ShowTrafficPolicyInterface
                                     device.table, nullptr, nullptr, nullptr, nullptr, nullptr,
                                     nullptr, false, false) {}
 
-   Kel::Ptr<CounterReader const> createCounterStatusHelper(bool) override {
+   // The input direction's reader changes the walk under it; there is no output status.
+   Kel::Ptr<CounterReader const> createCounterStatusHelper(bool isInput) override {
+      if (!isInput) {
+         return nullptr;
+      }
       reader = Kel::make<ChangingReader>(status(), [this] {
          auto record = policyState("p1");
          record->namedCounterDel("c3");

@@ -128,6 +128,11 @@ class ShowTrafficPolicyBase : public ShowCommand {
        Kel::Ptr<TrafficPolicy::Status const> const& directionStatus,
        Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> const& directionTable) const;
 
+   // The policy's named and rule counters, read through one direction's reader into that
+   // direction's caches of the record.
+   void cacheCountersThrough(Kel::Ptr<CounterReader const> const& reader,
+                             Kel::String const& policyName, bool isInput);
+
  private:
    void checkFieldSetReferences(PolicyState& record, PolicyMap::ClassMapMatch const& match) const;
    void checkCounterReference(PolicyState& record,

@@ -12,6 +12,14 @@ class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
 
    Kel::TypeInfo const& fwkType() const override;
 
+   // Configured VRFs first, so that a policy without status still has a record; then the status.
+   void cachePoliciesState() override;
+   // Interface status regrouped by the VRF of each interface.
+   void cacheIntfStatus(PolicyMapStatusPtr const& policyStatus) override;
+   void cacheInstalledState(PolicyMapStatusPtr const& policyStatus,
+                            PolicyMap::ClassMapMatchOption matchOption) override;
+   void cacheInstallError(PolicyMapStatusPtr const& policyStatus,
+                          PolicyMap::ClassMapMatchOption matchOption) override;
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
 
    Kel::Ptr<PolicyMap::VrfConfig const> const& vrfConfig() const noexcept { return vrfConfig_; }
@@ -21,6 +29,8 @@ class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
    }
 
  private:
+   Kel::Ptr<PolicyStateCpu> cpuRecord(Kel::String const& policyName);
+
    Kel::Ptr<PolicyMap::VrfConfig const> vrfConfig_;
    Kel::Ptr<Ip::AllVrfConfig const> allVrfConfig_;
    Kel::Ptr<L3::Intf::StatusDir const> l3IntfStatusDir_;

@@ -13,7 +13,26 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
 
    Kel::TypeInfo const& fwkType() const override;
 
+   // Configured interfaces of both directions first, so that a policy without status still has
+   // a record; then the input status, then the output status.
+   void cachePoliciesState() override;
+   void cachePolicyState(Kel::String const& policyName) override;
+   void cacheIntfStatus(PolicyMapStatusPtr const& policyStatus) override;
+   void cacheInstalledState(PolicyMapStatusPtr const& policyStatus,
+                            PolicyMap::ClassMapMatchOption matchOption) override;
+   void cacheInstallError(PolicyMapStatusPtr const& policyStatus,
+                          PolicyMap::ClassMapMatchOption matchOption) override;
+   void cacheCounters(Kel::String const& policyName) override;
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+   Kel::Ptr<CounterReader const> createCounterStatusHelper(bool isInput) override;
+   PolicyMapStatusPtr getPolicyMapStatus(Kel::String const& policyName) override;
+   void cachePolicyMapStatus(PolicyMapStatusPtr const& policyStatus) override;
+   void cacheClassMapStatus(
+       Kel::String const& policyName, std::uint32_t ruleIndex,
+       Kel::Ptr<PolicyMap::ClassMapStatus const> const& classMapStatus) override;
+
+   // The counter reader of one direction; null before caching created it.
+   Kel::Ptr<CounterReader const> getCounterStatusHelper(bool isInput) const;
 
    Kel::Ptr<TrafficPolicy::Status const> const& statusOutput() const noexcept {
       return statusOutput_;
@@ -44,6 +63,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
    void cacheInputPolicyIs(bool input) noexcept { cacheInputPolicy_ = input; }
 
  private:
+   Kel::Ptr<PolicyStateInterface> interfaceRecord(Kel::String const& policyName);
+   void cacheConfiguredInterfaces(Kel::Ptr<PolicyMap::IntfConfig const> const& intfConfig,
+                                  bool isInput);
+
    Kel::Ptr<TrafficPolicy::Status const> statusOutput_;
    Kel::Ptr<TrafficPolicy::Counter const> counterOutput_;
    Kel::Ptr<PolicyMap::IntfConfig const> intfConfigInput_;

@@ -1,12 +1,12 @@
 // Temporary state files for the loader's tests.
-#include "TempStateFiles.h"
+#include "support/TempStateFiles.h"
 
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 
-namespace stateloader_test {
+namespace testing_support {
 
 TempStateFiles::TempStateFiles() {
    auto pattern = (std::filesystem::temp_directory_path() / "state-loader-test-XXXXXX").string();
@@ -38,4 +38,4 @@ std::string readFile(std::filesystem::path const& path) {
    return text.str();
 }
 
-}  // namespace stateloader_test
+}  // namespace testing_support

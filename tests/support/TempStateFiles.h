@@ -1,4 +1,4 @@
-// Test support for the loader: state texts written to files in a private temporary folder that is
+// State texts written to files in a private temporary folder that is
 // removed with everything in it when the test ends.
 #pragma once
 
@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace stateloader_test {
+namespace testing_support {
 
 class TempStateFiles {
  public:
@@ -26,4 +26,4 @@ class TempStateFiles {
 // The whole text of a file.
 std::string readFile(std::filesystem::path const& path);
 
-}  // namespace stateloader_test
+}  // namespace testing_support
