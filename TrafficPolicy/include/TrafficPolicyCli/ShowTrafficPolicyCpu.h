@@ -13,6 +13,10 @@ class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
    Kel::TypeInfo const& fwkType() const override;
 
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                          PolicyState::PtrConst const& policyState,
+                          Kel::Ptr<PolicyMap::CountAction const> const& action,
+                          std::uint32_t indent) override;
 
    Kel::Ptr<PolicyMap::VrfConfig const> const& vrfConfig() const noexcept { return vrfConfig_; }
    Kel::Ptr<Ip::AllVrfConfig const> const& allVrfConfig() const noexcept { return allVrfConfig_; }

@@ -14,6 +14,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
    Kel::TypeInfo const& fwkType() const override;
 
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                          PolicyState::PtrConst const& policyState,
+                          Kel::Ptr<PolicyMap::CountAction const> const& action,
+                          std::uint32_t indent) override;
 
    Kel::Ptr<TrafficPolicy::Status const> const& statusOutput() const noexcept {
       return statusOutput_;
