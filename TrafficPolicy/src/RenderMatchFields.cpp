@@ -223,8 +223,10 @@ void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetS
          if (range == kTcp && protoField->tcpFlag()) {
             renderTcpFlags(renderer, *protoField, subIndent, revision, format);
          }
-         renderPortFields(renderer, fieldSetState, *protoField, showFieldSetCounts, subIndent,
-                          option, grouped);
+         if (!protoField->port().empty()) {
+            renderPortFields(renderer, fieldSetState, *protoField, showFieldSetCounts, subIndent,
+                             option, grouped);
+         }
          if (protoField->icmpType()) {
             renderIcmpTypes(renderer, *protoField, subIndent, option);
          }
