@@ -3,9 +3,6 @@
 // so their criteria start at column 7.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <iostream>
-
 #include "support/RenderedRules.h"
 
 namespace {
@@ -229,11 +226,6 @@ TEST(MatchRendering, EveryCriterionMatchesItsGoldenTextAndJson) {
          SCOPED_TRACE(testing::Message() << golden.name << ", revision " << revision);
          auto const rendered =
              renderRulesOf(state, ViewOptions{.detail = golden.detail, .revision = revision});
-         if (std::getenv("TP_GOLDEN_PRINT")) {
-            std::cout << golden.name << " r" << revision << "\n"
-                      << rendered.text << "\n"
-                      << rendered.rules[0].dump() << "\n";
-         }
          EXPECT_EQ(rendered.text, golden.text);
          auto const* json =
              revision == 1 && golden.jsonRevision1 ? golden.jsonRevision1 : golden.json;

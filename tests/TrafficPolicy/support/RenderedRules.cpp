@@ -41,14 +41,14 @@ Kel::Ptr<TrafficPolicyCli::ShowTrafficPolicyBase> showObject(StateLoader::Device
        s.config, s.interfaceInput.status, s.interfaceInput.counter, Kel::String(),
        options.leaveOutMatches, false, options.detail, false, false, s.fieldSetConfig, s.hwStatus,
        s.interfaceInput.counterTable, s.interfaceOutput.status, s.interfaceOutput.counter,
-       s.intfConfigInput, s.intfConfigOutput, s.intfParamStatus,
-       s.interfaceOutput.counterTable, options.filterInputPolicies,
-       options.filterOutputPolicies);
+       s.intfConfigInput, s.intfConfigOutput, s.intfParamStatus, s.interfaceOutput.counterTable,
+       options.filterInputPolicies, options.filterOutputPolicies);
 }
 
 }  // namespace
 
-RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options) {
+RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options,
+                            RecordChange const& change) {
    auto const device = load(state);
    auto const show = showObject(device, options);
    show->cacheState();
@@ -61,6 +61,9 @@ RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options
            Kel::dynamicPtrCast<TrafficPolicyCli::PolicyStateInterface>(record)) {
       intfRecord->filterInputPoliciesIs(options.filterInputPolicies);
       intfRecord->filterOutputPoliciesIs(options.filterOutputPolicies);
+   }
+   if (change) {
+      change(*record);
    }
    auto const renderIn = [&](vellum::OutputFormat_t format) {
       return testing_support::render(format, [&](vellum::RendererV2& renderer) {

@@ -3,9 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+
+#include "TrafficPolicyCli/PolicyState.h"
 
 namespace rendering_test {
 
@@ -26,10 +29,14 @@ struct RenderedRules {
    nlohmann::json rules;
 };
 
+// Changes a cached record before it is rendered, to show what no loadable state can express.
+using RecordChange = std::function<void(TrafficPolicyCli::PolicyState&)>;
+
 // Loads `state` (a refused state throws with the loader's reason) and renders the rules of
 // policy "p" at indent 4, with the counters and statuses of the variant's direction ("cpu" or
 // "interfaceInput").
-RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options = {});
+RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options = {},
+                            RecordChange const& change = {});
 
 // One rule "r1" in policy "p", which declares the named counter "c1".
 struct RuleSpec {
