@@ -47,12 +47,11 @@ Kel::Ptr<TrafficPolicyCli::ShowTrafficPolicyBase> showObject(StateLoader::Device
 
 }  // namespace
 
-RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options,
-                            RecordChange const& change) {
+CachedPolicy cachePolicyOf(std::string const& state, ViewOptions const& options) {
    auto const device = load(state);
-   auto const show = showObject(device, options);
+   auto show = showObject(device, options);
    show->cacheState();
-   auto const record = show->policyState("p");
+   auto record = show->policyState("p");
    if (!record) {
       throw std::runtime_error("policy p was not cached");
    }
@@ -62,6 +61,12 @@ RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options
       intfRecord->filterInputPoliciesIs(options.filterInputPolicies);
       intfRecord->filterOutputPoliciesIs(options.filterOutputPolicies);
    }
+   return {show, record};
+}
+
+RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options,
+                            RecordChange const& change) {
+   auto const [show, record] = cachePolicyOf(state, options);
    if (change) {
       change(*record);
    }

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "TrafficPolicyCli/PolicyState.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 
 namespace rendering_test {
 
@@ -29,12 +29,20 @@ struct RenderedRules {
    nlohmann::json rules;
 };
 
+// A show object after its caching phase, and its record of policy "p".
+struct CachedPolicy {
+   Kel::Ptr<TrafficPolicyCli::ShowTrafficPolicyBase> show;
+   Kel::Ptr<TrafficPolicyCli::PolicyState> record;
+};
+
+// Loads `state` (a refused state throws with the loader's reason) and caches it with the show
+// object of the options' variant, over the direction of that variant ("cpu" or "interfaceInput").
+CachedPolicy cachePolicyOf(std::string const& state, ViewOptions const& options);
+
 // Changes a cached record before it is rendered, to show what no loadable state can express.
 using RecordChange = std::function<void(TrafficPolicyCli::PolicyState&)>;
 
-// Loads `state` (a refused state throws with the loader's reason) and renders the rules of
-// policy "p" at indent 4, with the counters and statuses of the variant's direction ("cpu" or
-// "interfaceInput").
+// The rules of policy "p" of `state`, cached as cachePolicyOf does, rendered at indent 4.
 RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options = {},
                             RecordChange const& change = {});
 
