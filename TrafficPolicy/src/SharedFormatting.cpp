@@ -1,5 +1,8 @@
-// Indentation, headings and number names shared by the renderers.
+// Indentation, headings, number names, name lists and the granularity line shared by the
+// renderers.
 #include "TrafficPolicyCli/SharedFormatting.h"
+
+#include <iterator>
 
 #include "Acl/AclNameMaps.h"
 #include "Kel/Assert.h"
@@ -37,6 +40,71 @@ Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t val
          break;
    }
    KEL_ASSERT(false && "Unrecognized match option");
+}
+
+void renderListEntry(vellum::RendererV2& renderer, std::string_view label, std::string_view jsonKey,
+                     Kel::OrderedMap<Kel::String, bool> const& names, std::uint32_t indent,
+                     bool showAll, bool printText) {
+   constexpr std::size_t kShownNames = 3;
+   bool const inText = printText && renderer.isText();
+   renderer._startJsonList(jsonKey);
+   if (inText) {
+      writeIndent(renderer, indent);
+      renderer.writeString(label);
+   }
+   std::size_t count = 0;
+   for (auto position = names.begin(); position != names.end(); ++position) {
+      auto const& name = position->first;
+      renderer._addJsonKeyValuePair("", name);
+      ++count;
+      if (!inText) {
+         continue;
+      }
+      if (showAll || count <= kShownNames) {
+         renderer.writeString(name);
+         if (std::next(position) != names.end()) {
+            renderer.addFrill(", ");
+         }
+      } else if (count == kShownNames + 1) {
+         renderer.addFrill("...");
+      }
+   }
+   renderer.endJsonList();
+   if (inText) {
+      renderer.eol();
+   }
+}
+
+void renderCounterGranularity(
+    vellum::RendererV2& renderer,
+    Kel::Ptr<TrafficPolicy::TrafficPolicyIntfParamStatus const> const& intfParamStatus,
+    bool ingress) {
+   if (!intfParamStatus) {
+      return;
+   }
+   auto const granularity = ingress ? intfParamStatus->ingressCounterGranularity()
+                                    : intfParamStatus->egressCounterGranularity();
+   std::string_view const jsonKey =
+       ingress ? "ingressCounterGranularity" : "egressCounterGranularity";
+   std::string_view shown;
+   switch (granularity) {
+      case TrafficPolicy::counterNotEnabled:
+         renderer.writeString("Counter granularity: counter not enabled");
+         renderer.eol();
+         return;
+      case TrafficPolicy::counterPerPolicy:
+         shown = "per-policy";
+         break;
+      case TrafficPolicy::counterPerInterface:
+         shown = "per-interface";
+         break;
+      default:
+         return;
+   }
+   renderer.writeString("Counter granularity: ");
+   renderer.writeString(shown);
+   renderer.eol();
+   renderer._addJsonKeyValuePair(jsonKey, shown);
 }
 
 }  // namespace TrafficPolicyCli
