@@ -136,9 +136,10 @@ void ShowTrafficPolicyCpu::renderCountAction(vellum::RendererV2* renderer, std::
       renderNamedCount(*renderer, policyState, action->counterName(), inputOnly, indent);
       return;
    }
-   auto const* cmapStatus = policyState->classMapStatusInput().lookup(ruleIndex);
+   auto const* cached = policyState->classMapStatusInput().lookup(ruleIndex);
+   auto const cmapStatus = cached ? *cached : nullptr;
    KEL_ASSERT(cmapStatus);
-   renderRuleCount(*renderer, policyState, (*cmapStatus)->name(), inputOnly, indent);
+   renderRuleCount(*renderer, policyState, cmapStatus->name(), inputOnly, indent);
 }
 
 void ShowTrafficPolicyInterface::renderCountAction(
