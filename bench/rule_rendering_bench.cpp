@@ -72,7 +72,7 @@ void BM_RenderRules(benchmark::State& state) {
        benchmark::Counter(rendered, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_RenderRules)
-    ->ArgsProduct({{1'000, 10'000}, {1, 2}})
+    ->ArgsProduct({{1'000, 10'000, 30'000}, {1, 2}})
     ->ArgNames({"rules", "format"})
     ->Unit(benchmark::kMillisecond);
 
