@@ -162,7 +162,7 @@ std::string_view matchOptionWord(ClassMapMatchOption option) noexcept {
       case ClassMapMatchOption::mpls:
          return "mpls";
    }
-   return {};
+   return "";
 }
 
 void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
