@@ -33,6 +33,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
 
    // The counter reader of one direction; null before caching created it.
    Kel::Ptr<CounterReader const> getCounterStatusHelper(bool isInput) const;
+   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                          PolicyState::PtrConst const& policyState,
+                          Kel::Ptr<PolicyMap::CountAction const> const& action,
+                          std::uint32_t indent) override;
 
    Kel::Ptr<TrafficPolicy::Status const> const& statusOutput() const noexcept {
       return statusOutput_;

@@ -2,30 +2,11 @@
 // in either format makes no call to operator new.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
+#include <memory>
 
+#include "support/AllocationCounter.h"
 #include "support/CapturedOutput.h"
 #include "vellum/Renderer.h"
-
-namespace {
-std::atomic<std::uint64_t> allocations{0};
-}
-
-void* operator new(std::size_t size) {
-   allocations.fetch_add(1, std::memory_order_relaxed);
-   if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-      return memory;
-   }
-   throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-   std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-   std::free(memory);
-}
 
 namespace {
 
@@ -53,9 +34,9 @@ void renderRecords(vellum::RendererV2& renderer, int records, Kel::String const&
 }
 
 TEST(RendererAllocation, TheCounterSeesAllocations) {
-   auto const before = allocations.load();
+   auto const before = testing_support::allocationCount();
    auto const probe = std::make_unique<int>(1);
-   EXPECT_EQ(allocations.load() - before, 1u);
+   EXPECT_EQ(testing_support::allocationCount() - before, 1u);
 }
 
 TEST(RendererAllocation, NoAllocationPerRecord) {
@@ -65,10 +46,11 @@ TEST(RendererAllocation, NoAllocationPerRecord) {
       testing_support::MemoryFile file;
       vellum::VellumBuffer buffer(file.fd(), 1048576, 1);
       vellum::RendererV2 renderer(format, &buffer, true);
-      auto const before = allocations.load();
+      auto const before = testing_support::allocationCount();
       renderRecords(renderer, 50000, name, prefix);
       buffer.flush();
-      EXPECT_EQ(allocations.load() - before, 0u) << "format " << static_cast<int>(format);
+      EXPECT_EQ(testing_support::allocationCount() - before, 0u)
+          << "format " << static_cast<int>(format);
    }
 }
 

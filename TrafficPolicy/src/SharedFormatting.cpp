@@ -1,0 +1,110 @@
+// Indentation, headings, number names, name lists and the granularity line shared by the
+// renderers.
+#include "TrafficPolicyCli/SharedFormatting.h"
+
+#include <iterator>
+
+#include "Acl/AclNameMaps.h"
+#include "Kel/Assert.h"
+
+namespace TrafficPolicyCli {
+
+void writeIndent(vellum::RendererV2& renderer, std::uint32_t blanks) {
+   renderer.writeString(Strix::JustifyLeft<char const*>("", blanks, ' '));
+}
+
+std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t indent,
+                           std::string_view label) {
+   writeIndent(renderer, indent);
+   renderer.writeString(label);
+   renderer.addFrill(": ");
+   return indent + static_cast<std::uint32_t>(label.size()) + 2;
+}
+
+Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
+                                   PolicyMap::ClassMapMatchOption matchOption) {
+   auto const names = Acl::AclNameMaps::instance();
+   if (fieldName == "DSCP") {
+      return names->dscpName(value);
+   }
+   if (fieldName != "Protocol") {
+      return {};
+   }
+   switch (matchOption) {
+      case PolicyMap::ClassMapMatchOption::ipv4:
+         return names->ipProtoName(value);
+      case PolicyMap::ClassMapMatchOption::ipv6:
+         return names->ip6ProtoName(value);
+      case PolicyMap::ClassMapMatchOption::mac:
+      case PolicyMap::ClassMapMatchOption::mpls:
+         break;
+   }
+   KEL_ASSERT(false && "Unrecognized match option");
+}
+
+void renderListEntry(vellum::RendererV2& renderer, std::string_view label, std::string_view jsonKey,
+                     Kel::OrderedMap<Kel::String, bool> const& names, std::uint32_t indent,
+                     bool showAll, bool printText) {
+   constexpr std::size_t kShownNames = 3;
+   bool const inText = printText && renderer.isText();
+   renderer._startJsonList(jsonKey);
+   if (inText) {
+      writeIndent(renderer, indent);
+      renderer.writeString(label);
+   }
+   std::size_t count = 0;
+   for (auto position = names.begin(); position != names.end(); ++position) {
+      auto const& name = position->first;
+      renderer._addJsonKeyValuePair("", name);
+      ++count;
+      if (!inText) {
+         continue;
+      }
+      if (showAll || count <= kShownNames) {
+         renderer.writeString(name);
+         if (std::next(position) != names.end()) {
+            renderer.addFrill(", ");
+         }
+      } else if (count == kShownNames + 1) {
+         renderer.addFrill("...");
+      }
+   }
+   renderer.endJsonList();
+   if (inText) {
+      renderer.eol();
+   }
+}
+
+void renderCounterGranularity(
+    vellum::RendererV2& renderer,
+    Kel::Ptr<TrafficPolicy::TrafficPolicyIntfParamStatus const> const& intfParamStatus,
+    bool ingress) {
+   if (!intfParamStatus) {
+      return;
+   }
+   auto const granularity = ingress ? intfParamStatus->ingressCounterGranularity()
+                                    : intfParamStatus->egressCounterGranularity();
+   std::string_view const jsonKey =
+       ingress ? "ingressCounterGranularity" : "egressCounterGranularity";
+   std::string_view shown;
+   switch (granularity) {
+      case TrafficPolicy::counterNotEnabled:
+         renderer.writeString("Counter granularity: counter not enabled");
+         renderer.eol();
+         return;
+      case TrafficPolicy::counterPerPolicy:
+         shown = "per-policy";
+         break;
+      case TrafficPolicy::counterPerInterface:
+         shown = "per-interface";
+         break;
+      default:
+         return;
+   }
+   renderer.writeString("Counter granularity: ");
+   renderer.writeString(shown);
+   renderer.eol();
+   renderer._addJsonKeyValuePair(jsonKey, shown);
+}
+
+}  // namespace TrafficPolicyCli

@@ -1,0 +1,163 @@
+// What no loadable state can express: rules of an unknown match option or without criteria,
+// flags under a protocol range that only contains TCP, action types a traffic policy never
+// carries, and the configuration invariants that the renderers assert.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "Kel/Assert.h"
+#include "TrafficPolicyCli/CliMap.h"
+#include "support/RenderedRules.h"
+
+namespace {
+
+using Classification::StructuredFilter;
+using PolicyMap::ActionType;
+using PolicyMap::ClassMapMatchOption;
+using rendering_test::RenderedRules;
+using rendering_test::renderRulesOf;
+using rendering_test::ruleState;
+
+// Renders rule "r1" with `filter` (null: no criteria) as its match of `option`, and with `actions`
+// when given in place of the configured ones (a drop).
+RenderedRules renderRule(ClassMapMatchOption option, Kel::Ptr<StructuredFilter> filter,
+                         Kel::Ptr<PolicyMap::ClassAction> actions = nullptr) {
+   auto const state = ruleState({.actions = R"({"drop": true})"});
+   return renderRulesOf(state, {}, [&](TrafficPolicyCli::PolicyState& record) {
+      auto match = Kel::make<PolicyMap::ClassMapMatch>(option);
+      match->structuredFilterIs(filter);
+      record.classMapConfigIs(0, match);
+      if (actions) {
+         auto sub = Kel::make<PolicyMap::PolicyMapSubConfig>("p");
+         sub->classAction().insertOrAssign("r1", actions);
+         auto pmap = Kel::make<PolicyMap::PolicyMapConfig>("p");
+         pmap->currCfgIs(sub);
+         record.policyMapConfigIs(pmap);
+      }
+   });
+}
+
+Kel::Ptr<StructuredFilter> tcpFlagsUnder(Classification::ProtocolRange range,
+                                         Classification::TcpFlagGroup group) {
+   auto filter = Kel::make<StructuredFilter>();
+   auto field = Kel::make<Classification::ProtoField>();
+   field->tcpFlag().insert(group);
+   filter->proto().insertOrAssign(range, field);
+   return filter;
+}
+
+Kel::Ptr<PolicyMap::ClassAction> actionsOfType(std::uint8_t type) {
+   auto actions = Kel::make<PolicyMap::ClassAction>("r1");
+   auto const actionType = static_cast<ActionType>(type);
+   actions->policyAction().insertOrAssign(actionType, Kel::make<PolicyMap::Action>(actionType));
+   return actions;
+}
+
+TEST(RuleRendering, UnknownOptionEndsTheHeaderAfterTheName) {
+   auto const rendered = renderRule(static_cast<ClassMapMatchOption>(7), nullptr);
+   EXPECT_EQ(rendered.text, "    match r1 \n       Actions: Drop\n");
+   EXPECT_EQ(rendered.rules[0]["matchOption"], "");
+}
+
+TEST(RuleRendering, RuleWithoutCriteriaHasNoMatchesObject) {
+   auto const rendered = renderRule(ClassMapMatchOption::ipv6, nullptr);
+   EXPECT_EQ(rendered.text, "    match r1 ipv6\n       Actions: Drop\n");
+   EXPECT_FALSE(rendered.rules[0].contains("matches"));
+   EXPECT_TRUE(rendered.rules[0]["actions"]["drop"]);
+}
+
+TEST(RuleRendering, TcpFlagsShowOnlyUnderTheTcpProtocolAlone) {
+   auto const rendered = renderRule(ClassMapMatchOption::ipv4, tcpFlagsUnder({1, 255}, {2, 2}));
+   EXPECT_EQ(rendered.text, "    match r1 ipv4\n       Protocol: 1-255\n       Actions: Drop\n");
+   EXPECT_EQ(rendered.rules[0]["matches"]["protocols"][0].size(), 1u);
+}
+
+TEST(RuleRendering, ActionTypesBeyondTheKnownOnesArePassedOver) {
+   auto const rendered = renderRule(ClassMapMatchOption::ipv4, nullptr, actionsOfType(30));
+   EXPECT_EQ(rendered.text, "    match r1 ipv4\n       Actions: ");
+   EXPECT_EQ(rendered.rules[0]["actions"], nlohmann::json::object());
+}
+
+class RenderingInvariants : public testing::Test {
+ protected:
+   void SetUp() override { previous_ = Kel::assertHandlerIs(&Kel::throwingAssertHandler); }
+   void TearDown() override { Kel::assertHandlerIs(previous_); }
+
+ private:
+   Kel::AssertHandler previous_ = nullptr;
+};
+
+TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
+   using Filter = Kel::Ptr<StructuredFilter>;
+   auto const withSources = [](std::function<void(StructuredFilter&)> const& more) {
+      auto filter = Kel::make<StructuredFilter>();
+      filter->sources().insert(Quoll::IpGenPrefix::parse("10.0.0.0/8").value());
+      more(*filter);
+      return filter;
+   };
+   auto const innerWith = [](std::function<void(StructuredFilter&)> const& set) {
+      auto inner = Kel::make<StructuredFilter>();
+      inner->addressFamilyIs(Quoll::AddressFamily::ipv4);
+      set(*inner);
+      auto outer = Kel::make<StructuredFilter>();
+      outer->innerMatchIs(inner);
+      return outer;
+   };
+   auto const vlanTag = [](bool withFieldSet) {
+      auto filter = Kel::make<StructuredFilter>();
+      Classification::VlanRangeSet tag;
+      tag.vlans().insert({10, 10});
+      if (withFieldSet) {
+         tag.vlanFieldSets().insert("guest");
+      }
+      filter->vlanTags().push_back(tag);
+      return filter;
+   };
+   struct Case {
+      char const* name;
+      ClassMapMatchOption option;
+      Filter filter;
+      Kel::Ptr<PolicyMap::ClassAction> actions;
+      char const* expression;
+   };
+   Case const cases[] = {
+       {"empty TCP flag group", ClassMapMatchOption::ipv4, tcpFlagsUnder({6, 6}, {0, 0}), nullptr,
+        "activeFlags.size() != 0"},
+       {"connection state with another flag", ClassMapMatchOption::ipv4,
+        tcpFlagsUnder({6, 6}, {0x102, 0x102}), nullptr, "activeFlags.size() == 1"},
+       {"connection state that is clear", ClassMapMatchOption::ipv4,
+        tcpFlagsUnder({6, 6}, {0, 0x100}), nullptr, "flagBool"},
+       {"VLAN tag with VLANs and field sets", ClassMapMatchOption::ipv4, vlanTag(true), nullptr,
+        "!range.vlans() || !range.vlanFieldSets()"},
+       {"prefixes and field sets for the sources", ClassMapMatchOption::ipv4,
+        withSources([](StructuredFilter& f) { f.srcPrefixSets().insert("fs1"); }), nullptr,
+        "!structuredFilter->srcPrefixSets()"},
+       {"longest-prefix match in an inner header", ClassMapMatchOption::ipv4,
+        innerWith([](StructuredFilter& f) {
+           f.destinationLpms().insert(Quoll::IpGenPrefix::parse("10.0.0.0/8").value());
+        }),
+        nullptr, "!sf->destinationLpms()"},
+       {"protocol name for an option without one", ClassMapMatchOption::mac,
+        tcpFlagsUnder({17, 17}, {1, 1}), nullptr, "false && \"Unrecognized match option\""},
+       {"action type a policy never carries", ClassMapMatchOption::ipv4, vlanTag(false),
+        actionsOfType(6), "false && \"Unexpected action type\""},
+   };
+   for (auto const& broken : cases) {
+      SCOPED_TRACE(broken.name);
+      try {
+         renderRule(broken.option, broken.filter, broken.actions);
+         ADD_FAILURE() << "no assertion";
+      } catch (Kel::AssertionError const& error) {
+         EXPECT_EQ(error.expression(), broken.expression);
+         EXPECT_EQ(error.source(), "TrafficPolicy/TrafficPolicyShowCliHelper");
+      }
+   }
+   try {
+      TrafficPolicyCli::cliJsonName("Source prefixes");
+      ADD_FAILURE() << "no assertion";
+   } catch (Kel::AssertionError const& error) {
+      EXPECT_EQ(error.expression(), "!!jsonName && \"Invalid mapping in cliMap\"");
+   }
+}
+
+}  // namespace

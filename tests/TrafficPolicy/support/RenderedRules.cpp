@@ -1,0 +1,109 @@
+#include "RenderedRules.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "StateLoader/Loader.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
+#include "support/CapturedOutput.h"
+
+namespace rendering_test {
+
+namespace {
+
+StateLoader::DeviceState load(std::string const& state) {
+   testing_support::parseJson(state);
+   auto const path = std::filesystem::temp_directory_path() /
+                     ("rendered-rules-" + std::to_string(::getpid()) + ".json");
+   std::ofstream(path) << state;
+   auto loaded = StateLoader::loadState(path.string());
+   std::filesystem::remove(path);
+   if (!loaded) {
+      throw std::runtime_error(loaded.reason());
+   }
+   return std::move(loaded).value();
+}
+
+Kel::Ptr<TrafficPolicyCli::ShowTrafficPolicyBase> showObject(StateLoader::DeviceState const& s,
+                                                             ViewOptions const& options) {
+   if (options.variant == Variant::cpu) {
+      return Kel::make<TrafficPolicyCli::ShowTrafficPolicyCpu>(
+          s.config, s.cpu.status, s.cpu.counter, Kel::String(), options.leaveOutMatches, false,
+          options.detail, false, false, s.fieldSetConfig, s.hwStatus, s.cpu.counterTable,
+          s.vrfConfig, s.allVrfConfig, s.l3IntfStatusDir);
+   }
+   return Kel::make<TrafficPolicyCli::ShowTrafficPolicyInterface>(
+       s.config, s.interfaceInput.status, s.interfaceInput.counter, Kel::String(),
+       options.leaveOutMatches, false, options.detail, false, false, s.fieldSetConfig, s.hwStatus,
+       s.interfaceInput.counterTable, s.interfaceOutput.status, s.interfaceOutput.counter,
+       s.intfConfigInput, s.intfConfigOutput, s.intfParamStatus, s.interfaceOutput.counterTable,
+       options.filterInputPolicies, options.filterOutputPolicies);
+}
+
+}  // namespace
+
+CachedPolicy cachePolicyOf(std::string const& state, ViewOptions const& options) {
+   auto const device = load(state);
+   auto show = showObject(device, options);
+   show->cacheState();
+   auto record = show->policyState("p");
+   if (!record) {
+      throw std::runtime_error("policy p was not cached");
+   }
+   // The direction filters reach interface records when the interface view caches them.
+   if (auto const intfRecord =
+           Kel::dynamicPtrCast<TrafficPolicyCli::PolicyStateInterface>(record)) {
+      intfRecord->filterInputPoliciesIs(options.filterInputPolicies);
+      intfRecord->filterOutputPoliciesIs(options.filterOutputPolicies);
+   }
+   return {show, record};
+}
+
+RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options,
+                            RecordChange const& change) {
+   auto const [show, record] = cachePolicyOf(state, options);
+   if (change) {
+      change(*record);
+   }
+   auto const renderIn = [&](vellum::OutputFormat_t format) {
+      return testing_support::render(format, [&](vellum::RendererV2& renderer) {
+         renderer._startJsonList("rules");
+         show->renderRules(&renderer, record, 4, static_cast<std::uint32_t>(format),
+                           options.revision);
+         renderer.endJsonList();
+      });
+   };
+   return {renderIn(vellum::OutputFormat_t::text),
+           testing_support::parseJson(renderIn(vellum::OutputFormat_t::json))["rules"]};
+}
+
+std::string ruleState(RuleSpec const& rule) {
+   std::string state = R"({
+      "fieldSets": {
+         "ipv4Prefix": {"fs1": {"prefixes": ["10.0.0.0/8", "172.16.0.0/12", "192.168.0.0/16"],
+                                "exceptPrefixes": ["10.1.0.0/16"]}},
+         "ipv6Prefix": {"v6set": {"prefixes": ["2001:db8::/32", "2001:db9::/32"]}},
+         "l4Port": {"web": {"ports": ["80", "443", "8080"]}},
+         "vlan": {"guest": {"vlans": ["300-309"]}}
+      },
+      "trafficPolicies": {"p": {"namedCounters": ["c1"], "rules": {"r1": {"sequence": 10,)";
+   state += R"( "match": {")" + std::string(rule.option) + R"(": )" + std::string(rule.match);
+   state += R"(}, "actions": )" + std::string(rule.actions) + "}}}},";
+   state += R"( "status": {")";
+   state += rule.variant == Variant::cpu ? "cpu" : "interfaceInput";
+   state += R"(": {"byteCountersSupported": )";
+   state += rule.byteCountersSupported ? "true" : "false";
+   state += R"(, "policies": {"p": {"rules": {"r1": [")" + std::string(rule.option) + R"("]})";
+   if (!rule.policyStatus.empty()) {
+      state += ", " + std::string(rule.policyStatus);
+   }
+   state += "}}}}}";
+   return state;
+}
+
+}  // namespace rendering_test
