@@ -13,6 +13,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
 
    Kel::TypeInfo const& fwkType() const override;
 
+   void renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override;
+   void renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
+                                    std::uint32_t revision) override;
+
    // Configured interfaces of both directions first, so that a policy without status still has
    // a record; then the input status, then the output status.
    void cachePoliciesState() override;
