@@ -32,6 +32,21 @@ Kel::TypeInfo const& PolicyState::typeInfo() {
    return info;
 }
 
+Kel::String const& PolicyState::ruleName(std::uint32_t ruleIndex) const {
+   return ruleNameIn(classMapStatusInput_, ruleIndex, noRuleName());
+}
+
+Kel::String const& PolicyState::ruleNameIn(ClassMapStatusArray const& statuses,
+                                           std::uint32_t ruleIndex, Kel::String const& otherwise) {
+   auto const* status = statuses.lookup(ruleIndex);
+   return status && *status ? (*status)->name() : otherwise;
+}
+
+Kel::String const& PolicyState::noRuleName() {
+   static Kel::String const none;
+   return none;
+}
+
 Kel::Ptr<PolicyState> PolicyStateIs(Kel::String const& name) {
    return Kel::make<PolicyState>(name);
 }

@@ -77,6 +77,10 @@ class PolicyState : public Kel::Entity {
    void classMapStatusInputDel(std::uint32_t index) { classMapStatusInput_.erase(index); }
    void classMapStatusInputDelAll() { classMapStatusInput_.clear(); }
 
+   // The name of the rule at `ruleIndex`, as its status reports it; empty when no status of the
+   // record holds the rule.
+   virtual Kel::String const& ruleName(std::uint32_t ruleIndex) const;
+
    std::uint32_t ruleCount() const noexcept { return ruleCount_; }
    void ruleCountIs(std::uint32_t count) noexcept { ruleCount_ = count; }
    // Adds n (wrapping) and returns the new count.
@@ -122,6 +126,13 @@ class PolicyState : public Kel::Entity {
    void undefinedFieldSetIs(bool undefined) noexcept { undefinedFieldSet_ = undefined; }
    bool byteCountersSupported() const noexcept { return byteCountersSupported_; }
    void byteCountersSupportedIs(bool supported) noexcept { byteCountersSupported_ = supported; }
+
+ protected:
+   using ClassMapStatusArray = Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapStatus const>>;
+   // The name in the status at `ruleIndex`, or `otherwise` when there is none.
+   static Kel::String const& ruleNameIn(ClassMapStatusArray const& statuses,
+                                        std::uint32_t ruleIndex, Kel::String const& otherwise);
+   static Kel::String const& noRuleName();
 
  private:
    Kel::String name_;

@@ -41,6 +41,7 @@ class ShowTrafficPolicyBase : public ShowCommand {
    virtual void renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision);
    virtual void renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
                                             std::uint32_t revision);
+   // `indent` is where the action's later lines start (under the first action).
    virtual void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
                                   PolicyState::PtrConst const& policyState,
                                   Kel::Ptr<PolicyMap::CountAction const> const& action,
@@ -64,6 +65,22 @@ class ShowTrafficPolicyBase : public ShowCommand {
    // ---- Caching steps that every variant shares ----
    void cacheClassState(Kel::Ptr<PolicyMap::PolicyMapSubConfig const> const& pmapSubConfig);
    void cacheFieldSetState();
+
+   // ---- Rendering steps that every variant shares ----
+   // Every rule of one policy, each as one element of the JSON list the caller has opened: the
+   // header line "match NAME OPTION" at `indent`, then its matches (unless the policy's first
+   // view flag leaves them out) and its actions one level further in. `format` and `revision`
+   // are the output format and revision that `render` was given; they choose the JSON form of
+   // protocols.
+   void renderRules(vellum::RendererV2* renderer, PolicyState::PtrConst const& policyState,
+                    std::uint32_t indent, std::uint32_t format, std::uint32_t revision);
+   // The actions of one rule at `indent`; nothing when the rule has none.
+   void renderActions(vellum::RendererV2* renderer, Kel::String const& ruleName,
+                      std::uint32_t ruleIndex, PolicyState::PtrConst const& policyState,
+                      std::uint32_t indent);
+   // A count action naming a counter the policy never declared.
+   static void renderUndeclaredInputNamedCounter(vellum::RendererV2* renderer,
+                                                 Kel::String const& counterName);
 
    // ---- Attributes ----
    Kel::Ptr<TrafficPolicy::TrafficPolicyConfig const> const& config() const noexcept {

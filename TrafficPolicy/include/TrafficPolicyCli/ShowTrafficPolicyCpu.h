@@ -25,6 +25,10 @@ class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
    void cacheInstallError(PolicyMapStatusPtr const& policyStatus,
                           PolicyMap::ClassMapMatchOption matchOption) override;
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                          PolicyState::PtrConst const& policyState,
+                          Kel::Ptr<PolicyMap::CountAction const> const& action,
+                          std::uint32_t indent) override;
 
    Kel::Ptr<PolicyMap::VrfConfig const> const& vrfConfig() const noexcept { return vrfConfig_; }
    Kel::Ptr<Ip::AllVrfConfig const> const& allVrfConfig() const noexcept { return allVrfConfig_; }

@@ -28,6 +28,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
                           PolicyMap::ClassMapMatchOption matchOption) override;
    void cacheCounters(Kel::String const& policyName) override;
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                          PolicyState::PtrConst const& policyState,
+                          Kel::Ptr<PolicyMap::CountAction const> const& action,
+                          std::uint32_t indent) override;
    Kel::Ptr<CounterReader const> createCounterStatusHelper(bool isInput) override;
    PolicyMapStatusPtr getPolicyMapStatus(Kel::String const& policyName) override;
    void cachePolicyMapStatus(PolicyMapStatusPtr const& policyStatus) override;

@@ -1,0 +1,47 @@
+// The label-to-key table. It is small enough that a walk over it costs less than hashing.
+#include "TrafficPolicyCli/CliMap.h"
+
+#include "Kel/Assert.h"
+
+namespace TrafficPolicyCli {
+
+constinit CliMap const cliMap({{
+    {"Source prefix", "srcPrefixes"},
+    {"Source prefix (longest prefix match)", "srcLpmPrefixes"},
+    {"Source prefix field-set", "srcPrefixSets"},
+    {"Destination prefix", "destPrefixes"},
+    {"Destination prefix (longest prefix match)", "destLpmPrefixes"},
+    {"Destination prefix field-set", "destPrefixSets"},
+    {"Protocol", "protocols"},
+    {"Destination port", "destPorts"},
+    {"Destination port field-set", "destL4PortFieldSets"},
+    {"Source port", "srcPorts"},
+    {"Source port field-set", "srcL4PortFieldSets"},
+    {"ICMP type", "icmpTypes"},
+    {"ICMP code", "icmpCodes"},
+    {"IP length", "ipLengths"},
+    {"Fragment: offset", "fragmentOffsets"},
+    {"DSCP", "dscps"},
+    {"TTL", "ttls"},
+    {"TCP flags", "tcpFlags"},
+    {"Set DSCP", "setDscp"},
+    {"Set Traffic Class", "setTc"},
+    {"802.1Q VLAN", "dot1qVlans"},
+}});
+
+char const* CliMap::operator[](std::string_view label) const noexcept {
+   for (auto const& row : rows_) {
+      if (row.label == label) {
+         return row.jsonName;
+      }
+   }
+   return nullptr;
+}
+
+char const* cliJsonName(std::string_view label) {
+   char const* jsonName = cliMap[label];
+   KEL_ASSERT(!!jsonName && "Invalid mapping in cliMap");
+   return jsonName;
+}
+
+}  // namespace TrafficPolicyCli
