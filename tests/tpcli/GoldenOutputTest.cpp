@@ -1,0 +1,109 @@
+// The show commands end to end: tpcli on a state file, compared byte for byte with the expected
+// files listed in tests/golden/CASES. Every JSON document is also read by an independent parser,
+// and a second run of the same command must give the same bytes.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/TpcliProcess.h"
+#include "support/Words.h"
+
+namespace tpcli_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct GoldenCase {
+   std::string state;
+   std::string command;
+};
+
+std::vector<GoldenCase> readCases() {
+   std::ifstream manifest(fs::path(GOLDEN_DIR) / "CASES");
+   std::vector<GoldenCase> cases;
+   for (std::string line; std::getline(manifest, line);) {
+      if (line.empty() || line.front() == '#') {
+         continue;
+      }
+      auto const blank = line.find(' ');
+      cases.push_back({line.substr(0, blank), line.substr(blank + 1)});
+   }
+   return cases;
+}
+
+fs::path statePath(std::string const& state) {
+   auto const example = fs::path(EXAMPLES_DIR) / (state + ".json");
+   return fs::exists(example) ? example : fs::path(GOLDEN_DIR) / "states" / (state + ".json");
+}
+
+// "show traffic-policy interface input" -> "interface-input"
+std::string slugOf(std::string const& command) {
+   auto words = wordsOf(command);
+   std::string slug;
+   for (std::size_t at = 2; at < words.size(); ++at) {
+      slug += (slug.empty() ? "" : "-") + words[at];
+   }
+   return slug;
+}
+
+struct Format {
+   char const* options;
+   char const* suffix;
+   bool json;
+};
+constexpr Format kFormats[] = {
+    {"", ".txt", false},
+    {"--json --revision 1 ", ".r1.json", true},
+    {"--json --revision 2 ", ".r2.json", true},
+};
+
+std::string readFile(fs::path const& path) {
+   std::ifstream file(path, std::ios::binary);
+   std::ostringstream contents;
+   contents << file.rdbuf();
+   return contents.str();
+}
+
+bool updating() {
+   auto const* update = std::getenv("TP_UPDATE_GOLDENS");
+   return update && std::string(update) == "1";
+}
+
+std::string runCase(GoldenCase const& golden, Format const& format) {
+   auto const run = runTpcli(wordsOf("--no-pager -s " + statePath(golden.state).string() + " " +
+                                     format.options + golden.command));
+   EXPECT_EQ(run.exitCode, 0);
+   EXPECT_EQ(run.standardError, "");
+   return run.standardOutput;
+}
+
+TEST(GoldenOutput, EveryCaseMatchesItsFiles) {
+   auto const cases = readCases();
+   ASSERT_FALSE(cases.empty());
+   for (auto const& golden : cases) {
+      for (auto const& format : kFormats) {
+         auto const expectedFile =
+             fs::path(GOLDEN_DIR) / golden.state / (slugOf(golden.command) + format.suffix);
+         SCOPED_TRACE(golden.command + " " + format.options + "-> " + expectedFile.string());
+         auto const output = runCase(golden, format);
+         if (format.json) {
+            EXPECT_TRUE(nlohmann::json::accept(output)) << "not JSON";
+         }
+         EXPECT_EQ(runCase(golden, format), output) << "a second run differs";
+         if (updating()) {
+            fs::create_directories(expectedFile.parent_path());
+            std::ofstream(expectedFile, std::ios::binary) << output;
+            continue;
+         }
+         ASSERT_TRUE(fs::exists(expectedFile)) << "run with TP_UPDATE_GOLDENS=1 to create it";
+         EXPECT_EQ(output, readFile(expectedFile));
+      }
+   }
+}
+
+}  // namespace
+}  // namespace tpcli_test
