@@ -3,10 +3,13 @@
 // output policies and VRFs, prefix field sets with many prefixes, and the status and live
 // counters of every policy. The output is deterministic. The prefixes of each field set come in
 // ascending order, as a dump of the device's ordered sets writes them, or scrambled with
-// --unsorted-prefixes, to measure what an unordered list costs.
+// --unsorted-prefixes, to measure what an unordered list costs. --except-prefixes makes every
+// IPv4 set except that many of its own hosts, spread evenly; --ipv6-prefixes adds an IPv6 set
+// "v6-large" of that many /64 prefixes.
 //
 //   generate_state [--policies N] [--rules N] [--interfaces N] [--prefix-sets N]
-//                  [--prefixes N] [--unsorted-prefixes] [--output FILE]
+//                  [--prefixes N] [--except-prefixes N] [--ipv6-prefixes N]
+//                  [--unsorted-prefixes] [--output FILE]
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -25,6 +28,8 @@ struct Scale {
    std::uint32_t interfaces = 2000;
    std::uint32_t prefixSets = 50;
    std::uint32_t prefixes = 100000;
+   std::uint32_t exceptPrefixes = 1;
+   std::uint32_t ipv6Prefixes = 0;
    bool unsortedPrefixes = false;
    std::string output = "-";
 };
@@ -84,6 +89,31 @@ std::uint32_t setHost(Scale const& scale, std::uint32_t set, std::uint32_t index
    return (set + 1) << 24 | (position & 0xffffff);
 }
 
+// Every `stride`-th host of the set, `count` of them; the stride spreads them over the set.
+void writeExceptPrefixes(Output& out, Scale const& scale, std::uint32_t set) {
+   std::uint32_t const count = std::min(scale.exceptPrefixes, scale.prefixes);
+   std::uint32_t const stride = count ? scale.prefixes / count : 1;
+   Separator prefixes;
+   for (std::uint32_t index = 0; index < count; ++index) {
+      out << prefixes() << "\"" << dottedQuad(setHost(scale, set, index * stride)) << "/32\"";
+   }
+}
+
+void writeIpv6Sets(Output& out, Scale const& scale) {
+   out << "\"ipv6Prefix\": {\"v6\": {\"prefixes\": [\"2001:db8::/32\"]}";
+   if (scale.ipv6Prefixes > 0) {
+      out << ", \"v6-large\": {\"prefixes\": [";
+      Separator prefixes;
+      char text[40];
+      for (std::uint32_t index = 0; index < scale.ipv6Prefixes; ++index) {
+         std::snprintf(text, sizeof text, "2001:db8:%x:%x::/64", index >> 16, index & 0xffff);
+         out << prefixes() << "\"" << text << "\"";
+      }
+      out << "]}";
+   }
+   out << "}";
+}
+
 void writeFieldSets(Output& out, Scale const& scale) {
    out << "\"fieldSets\": {\"ipv4Prefix\": {";
    Separator sets;
@@ -93,10 +123,13 @@ void writeFieldSets(Output& out, Scale const& scale) {
       for (std::uint32_t index = 0; index < scale.prefixes; ++index) {
          out << prefixes() << "\"" << dottedQuad(setHost(scale, set, index)) << "/32\"";
       }
-      out << "], \"exceptPrefixes\": [\"" << dottedQuad(setHost(scale, set, 0)) << "/32\"]}";
+      out << "], \"exceptPrefixes\": [";
+      writeExceptPrefixes(out, scale, set);
+      out << "]}";
    }
-   out << "}, \"ipv6Prefix\": {\"v6\": {\"prefixes\": [\"2001:db8::/32\"]}}, "
-          "\"l4Port\": {\"web\": {\"ports\": [\"80\", \"443\", \"8000-8999\"]}}, "
+   out << "}, ";
+   writeIpv6Sets(out, scale);
+   out << ", \"l4Port\": {\"web\": {\"ports\": [\"80\", \"443\", \"8000-8999\"]}}, "
           "\"vlan\": {\"users\": {\"vlans\": [\"100-199\"]}}}";
 }
 
@@ -224,11 +257,11 @@ bool parseArguments(int argc, char** argv, Scale& scale) {
       std::string_view name;
       std::uint32_t Scale::*count;
    };
-   constexpr Option kOptions[] = {{"--policies", &Scale::policies},
-                                  {"--rules", &Scale::rules},
-                                  {"--interfaces", &Scale::interfaces},
-                                  {"--prefix-sets", &Scale::prefixSets},
-                                  {"--prefixes", &Scale::prefixes}};
+   constexpr Option kOptions[] = {
+       {"--policies", &Scale::policies},         {"--rules", &Scale::rules},
+       {"--interfaces", &Scale::interfaces},     {"--prefix-sets", &Scale::prefixSets},
+       {"--prefixes", &Scale::prefixes},         {"--except-prefixes", &Scale::exceptPrefixes},
+       {"--ipv6-prefixes", &Scale::ipv6Prefixes}};
    for (int index = 1; index < argc; ++index) {
       std::string_view const name = argv[index];
       if (name == "--unsorted-prefixes") {
@@ -260,7 +293,8 @@ int main(int argc, char** argv) {
    if (!parseArguments(argc, argv, scale)) {
       std::fputs(
           "usage: generate_state [--policies N] [--rules N] [--interfaces N] "
-          "[--prefix-sets N] [--prefixes N] [--unsorted-prefixes] [--output FILE]\n",
+          "[--prefix-sets N] [--prefixes N] [--except-prefixes N] [--ipv6-prefixes N] "
+          "[--unsorted-prefixes] [--output FILE]\n",
           stderr);
       return 2;
    }

@@ -4,6 +4,8 @@
 
 #include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyPrefixFieldSet.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyRangeFieldSets.h"
 
 namespace TrafficPolicyCli {
 
@@ -14,13 +16,6 @@ Kel::Ptr<ShowCommand> made(Args const&... args) {
    Kel::Ptr<ShowCommand> command = Kel::make<Command>(args...);
    command->hasNotificationActiveIs(true);
    return command;
-}
-
-// Until the field-set listings are built, their commands list nothing: a base object without
-// policies to cache.
-Kel::Ptr<ShowCommand> fieldSetListing(Handle<Classification::FieldSetConfig> fieldSetConfig) {
-   return made<ShowTrafficPolicyBase>(nullptr, nullptr, nullptr, Kel::String(), false, false, false,
-                                      false, false, fieldSetConfig, nullptr, nullptr);
 }
 
 }  // namespace
@@ -48,21 +43,22 @@ Kel::Ptr<ShowCommand> showTrafficPolicyCpuFactory(TRAFFIC_POLICY_CLI_BASE_ARGUME
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(
-    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const&, bool, bool,
-    Quoll::IpGenPrefix const&, bool) {
-   return fieldSetListing(fieldSetConfig);
+    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
+    bool ipv4, bool filterPrefix, Quoll::IpGenPrefix const& prefix, bool exact) {
+   return made<ShowTrafficPolicyPrefixFieldSet>(fieldSetConfig, fieldSetName, ipv4, filterPrefix,
+                                                prefix, exact);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyL4PortFieldSetFactory(
-    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const&, bool,
-    Classification::PortRange const&) {
-   return fieldSetListing(fieldSetConfig);
+    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
+    bool filterPorts, Classification::PortRange const& ports) {
+   return made<ShowTrafficPolicyL4PortFieldSet>(fieldSetConfig, fieldSetName, filterPorts, ports);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFactory(
-    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const&, bool,
-    Classification::VlanRange const&) {
-   return fieldSetListing(fieldSetConfig);
+    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
+    bool filterVlans, Classification::VlanRange const& vlans) {
+   return made<ShowTrafficPolicyVlanFieldSet>(fieldSetConfig, fieldSetName, filterVlans, vlans);
 }
 
 }  // namespace TrafficPolicyCli

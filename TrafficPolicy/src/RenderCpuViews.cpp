@@ -3,7 +3,7 @@
 #include <array>
 
 #include "Kel/Assert.h"
-#include "TrafficPolicyCli/CommandDocument.h"
+#include "TrafficPolicyCli/CommandOutput.h"
 #include "TrafficPolicyCli/PolicyViews.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
 
@@ -67,37 +67,35 @@ void renderCommonModelCpu(vellum::RendererV2* renderer, Record const& policyStat
 
 void ShowTrafficPolicyCpu::renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt,
                                                std::uint32_t revision) {
-   renderCommandDocument(fd, fmt, [&](vellum::RendererV2& renderer) {
-      bool const failed = renderPolicySummaries(
-          *this, &renderer, fmt, revision,
-          [&](PolicyState::PtrConst const& record) {
-             renderCommonModelCpu(&renderer, Kel::ptrCast<PolicyStateCpu const>(record));
-          },
-          [](PolicyState const& record) {
-             return !static_cast<PolicyStateCpu const&>(record).failedVrf().empty();
-          });
-      if (errors()) {
-         return;
-      }
-      if (vrfConfig_ && vrfConfig_->vrf().contains("all")) {
-         renderer.writeString(
-             "NOTE: \"vrf all\" option is applied on CPU for VRFs which are not attached to a "
-             "specific traffic policy\n");
-      }
-      if (failed) {
-         renderer.writeString(
-             "WARNING: Policy installation failed. See \"show traffic-policy cpu errors\" for "
-             "details about the failures.\n");
-      }
-   });
+   CommandOutput output(fd, fmt, "trafficPolicies");
+   auto& renderer = output.renderer();
+   bool const failed = renderPolicySummaries(
+       *this, &renderer, fmt, revision,
+       [&](PolicyState::PtrConst const& record) {
+          renderCommonModelCpu(&renderer, Kel::ptrCast<PolicyStateCpu const>(record));
+       },
+       [](PolicyState const& record) {
+          return !static_cast<PolicyStateCpu const&>(record).failedVrf().empty();
+       });
+   if (!errors() && vrfConfig_ && vrfConfig_->vrf().contains("all")) {
+      renderer.writeString(
+          "NOTE: \"vrf all\" option is applied on CPU for VRFs which are not attached to a "
+          "specific traffic policy\n");
+   }
+   if (!errors() && failed) {
+      renderer.writeString(
+          "WARNING: Policy installation failed. See \"show traffic-policy cpu errors\" for "
+          "details about the failures.\n");
+   }
+   output.close();
 }
 
 void ShowTrafficPolicyCpu::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
                                                        std::uint32_t) {
-   renderCommandDocument(fd, fmt, [&](vellum::RendererV2& renderer) {
-      _renderTrafficPolicyCounters(&renderer, policyState(), policyName(),
-                                   status() && status()->byteCountersSupported(), true);
-   });
+   CommandOutput output(fd, fmt);
+   _renderTrafficPolicyCounters(&output.renderer(), policyState(), policyName(),
+                                status() && status()->byteCountersSupported(), true);
+   output.close();
 }
 
 }  // namespace TrafficPolicyCli

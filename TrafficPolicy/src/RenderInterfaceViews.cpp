@@ -4,7 +4,7 @@
 #include <array>
 
 #include "Kel/Assert.h"
-#include "TrafficPolicyCli/CommandDocument.h"
+#include "TrafficPolicyCli/CommandOutput.h"
 #include "TrafficPolicyCli/PolicyViews.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
 
@@ -148,47 +148,48 @@ bool byteCountersIn(Kel::Ptr<TrafficPolicy::Status const> const& status) {
 
 void ShowTrafficPolicyInterface::renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt,
                                                      std::uint32_t revision) {
-   renderCommandDocument(fd, fmt, [&](vellum::RendererV2& renderer) {
-      bool const failed = renderPolicySummaries(
-          *this, &renderer, fmt, revision,
-          [&](PolicyState::PtrConst const& record) {
-             renderCommonInterfaceModel(&renderer,
-                                        Kel::ptrCast<PolicyStateInterface const>(record));
-          },
-          [](PolicyState const& record) {
-             return installationFailed(static_cast<PolicyStateInterface const&>(record));
-          });
-      if (failed && !errors()) {
-         renderer.writeString(
-             "WARNING: Policy installation failed. See \"show traffic-policy interface errors\" "
-             "for details about the failures.\n");
-      }
-   });
+   CommandOutput output(fd, fmt, "trafficPolicies");
+   auto& renderer = output.renderer();
+   bool const failed = renderPolicySummaries(
+       *this, &renderer, fmt, revision,
+       [&](PolicyState::PtrConst const& record) {
+          renderCommonInterfaceModel(&renderer, Kel::ptrCast<PolicyStateInterface const>(record));
+       },
+       [](PolicyState const& record) {
+          return installationFailed(static_cast<PolicyStateInterface const&>(record));
+       });
+   if (failed && !errors()) {
+      renderer.writeString(
+          "WARNING: Policy installation failed. See \"show traffic-policy interface errors\" "
+          "for details about the failures.\n");
+   }
+   output.close();
 }
 
 void ShowTrafficPolicyInterface::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
                                                              std::uint32_t) {
-   renderCommandDocument(fd, fmt, [&](vellum::RendererV2& renderer) {
-      bool const showInput = !filterOutputPolicies_ && hasInterfaces(intfConfigInput_);
-      bool const showOutput = !filterInputPolicies_ && hasInterfaces(intfConfigOutput_);
+   CommandOutput output(fd, fmt);
+   auto& renderer = output.renderer();
+   bool const showInput = !filterOutputPolicies_ && hasInterfaces(intfConfigInput_);
+   bool const showOutput = !filterInputPolicies_ && hasInterfaces(intfConfigOutput_);
+   if (showInput) {
+      renderer.writeString("Traffic-policies applied on input:");
+      renderer.eol();
+      renderCounterGranularity(&renderer, policyParamStatus_.get(), true);
+      _renderTrafficPolicyCounters(&renderer, policyState(), policyName(), byteCountersIn(status()),
+                                   true);
+   }
+   if (showOutput) {
       if (showInput) {
-         renderer.writeString("Traffic-policies applied on input:");
          renderer.eol();
-         renderCounterGranularity(&renderer, policyParamStatus_.get(), true);
-         _renderTrafficPolicyCounters(&renderer, policyState(), policyName(),
-                                      byteCountersIn(status()), true);
       }
-      if (showOutput) {
-         if (showInput) {
-            renderer.eol();
-         }
-         renderer.writeString("Traffic-policies applied on output:");
-         renderer.eol();
-         renderCounterGranularity(&renderer, policyParamStatus_.get(), false);
-         _renderTrafficPolicyCounters(&renderer, policyState(), policyName(),
-                                      byteCountersIn(statusOutput_), false);
-      }
-   });
+      renderer.writeString("Traffic-policies applied on output:");
+      renderer.eol();
+      renderCounterGranularity(&renderer, policyParamStatus_.get(), false);
+      _renderTrafficPolicyCounters(&renderer, policyState(), policyName(),
+                                   byteCountersIn(statusOutput_), false);
+   }
+   output.close();
 }
 
 }  // namespace TrafficPolicyCli

@@ -2,15 +2,14 @@
 // configuration and status, its named counters, its rules and its live counters.
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 
-#include <cstdio>
 #include <vector>
 
 #include "Kel/Assert.h"
 #include "Kel/RobustWalk.h"
 #include "Kel/Value.h"
+#include "TrafficPolicyCli/CommandOutput.h"
 #include "TrafficPolicyCli/PolicyStateVariants.h"
 #include "TrafficPolicyCli/Trace.h"
-#include "vellum/SigIntException.h"
 
 namespace TrafficPolicyCli {
 
@@ -62,16 +61,14 @@ Kel::TypeInfo const& ShowTrafficPolicyBase::typeInfo() {
 }
 
 void ShowTrafficPolicyBase::render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) {
-   try {
+   renderUntilInterrupted([&] {
       cacheState();
       if (counters_) {
          renderTrafficPolicyCounters(fd, fmt, revision);
       } else {
          renderTrafficPolicy(fd, fmt, revision);
       }
-   } catch (vellum::SigIntException const& interrupted) {
-      std::printf("exiting %s\n", interrupted.what());
-   }
+   });
 }
 
 void ShowTrafficPolicyBase::cacheState() {

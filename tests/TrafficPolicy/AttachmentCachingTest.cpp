@@ -10,8 +10,8 @@
 #include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
 #include "TrafficPolicyCli/Trace.h"
 #include "support/CapturedOutput.h"
+#include "support/CapturedTrace.h"
 #include "support/TempStateFiles.h"
-#include "support/TraceCapture.h"
 
 namespace {
 
@@ -90,7 +90,7 @@ class AttachmentCaching : public testing::Test {
    Kel::Ptr<TrafficPolicyCli::ShowTrafficPolicyInterface> interfaceShow_;
 
  private:
-   testing_support::TraceCapture trace_{TrafficPolicyCli::traceFacility(), 8};
+   testing_support::CapturedTrace trace_{TrafficPolicyCli::traceFacility(), 8};
    testing_support::TempStateFiles files_;
    DeviceState state_;
 };

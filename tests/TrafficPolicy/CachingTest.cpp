@@ -4,7 +4,7 @@
 
 #include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
 #include "TrafficPolicyCli/Trace.h"
-#include "support/TraceCapture.h"
+#include "support/CapturedTrace.h"
 
 namespace {
 
@@ -71,7 +71,7 @@ class CachingTest : public testing::Test {
    bool traced(std::string const& line) const { return trace_.traced(line); }
 
    Device device_;
-   testing_support::TraceCapture trace_{TrafficPolicyCli::traceFacility(), 7};
+   testing_support::CapturedTrace trace_{TrafficPolicyCli::traceFacility(), 7};
 };
 
 TEST_F(CachingTest, RulesWithoutStatusOrMatchOptionLeaveNoGap) {

@@ -4,31 +4,13 @@
 
 #include "TrafficPolicyCli/PolicyStateVariants.h"
 #include "TrafficPolicyCli/Trace.h"
+#include "support/CapturedTrace.h"
 
 namespace {
 
 using PolicyMap::ClassMapMatchOption;
 constexpr auto ipv4 = ClassMapMatchOption::ipv4;
 constexpr auto ipv6 = ClassMapMatchOption::ipv6;
-
-class TraceCapture {
- public:
-   TraceCapture() {
-      previousLevel_ = TrafficPolicyCli::traceFacility().level();
-      TrafficPolicyCli::traceFacility().levelIs(8);
-      previousSink_ = Kel::traceSinkIs([this](Kel::TraceFacility const&, int,
-                                              std::string_view line) { lines.emplace_back(line); });
-   }
-   ~TraceCapture() {
-      Kel::traceSinkIs(previousSink_);
-      TrafficPolicyCli::traceFacility().levelIs(previousLevel_);
-   }
-   std::vector<std::string> lines;
-
- private:
-   int previousLevel_;
-   Kel::TraceSink previousSink_;
-};
 
 TEST(PolicyStateInterface, DirectionsAreKeptApart) {
    auto record = TrafficPolicyCli::policyStateInterfaceFactory("p1");
@@ -58,17 +40,17 @@ TEST(PolicyStateInterface, DirectionsAreKeptApart) {
 }
 
 TEST(PolicyStateInterface, GettersTraceTheirSignatureAndArguments) {
-   TraceCapture trace;
+   testing_support::CapturedTrace const trace(TrafficPolicyCli::traceFacility(), 8);
    auto record = TrafficPolicyCli::policyStateInterfaceFactory("p1");
    record->getAppliedIntfList(ipv6, false);
    record->getInterfaceStatus("Ethernet7", true);
-   ASSERT_EQ(trace.lines.size(), 2u);
-   EXPECT_EQ(trace.lines[0],
-             "TrafficPolicyCli::PerAfIntfList::PtrConst "
+   ASSERT_EQ(trace.lines().size(), 2u);
+   EXPECT_EQ(trace.lines()[0],
+             "8 TrafficPolicyCli::PerAfIntfList::PtrConst "
              "TrafficPolicyCli::PolicyStateInterface::getAppliedIntfList("
              "PolicyMap::ClassMapMatchOption, bool) const, option:ipv6, isInput: 0");
-   EXPECT_EQ(trace.lines[1],
-             "TrafficPolicyCli::InterfaceStatus::PtrConst "
+   EXPECT_EQ(trace.lines()[1],
+             "8 TrafficPolicyCli::InterfaceStatus::PtrConst "
              "TrafficPolicyCli::PolicyStateInterface::getInterfaceStatus(const Kel::String&, "
              "bool) const, intfName:Ethernet7, isInput: 1");
 }

@@ -1,6 +1,6 @@
-// The show commands end to end: tpcli on a state file, compared byte for byte with the expected
-// files listed in tests/golden/CASES. Every JSON document is also read by an independent parser,
-// and a second run of the same command must give the same bytes.
+// The show commands end to end: tpcli with the real show library on a state file, compared byte
+// for byte with the expected files listed in tests/golden/CASES. Every JSON document is also read
+// by an independent parser, and a second run of the same command must give the same bytes.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -17,8 +17,34 @@ namespace {
 
 namespace fs = std::filesystem;
 
+struct Format {
+   char const* options;
+   char const* suffix;
+   bool json;
+};
+Format const kText{"", ".txt", false};
+Format const kJson{"--json ", ".json", true};
+Format const kJsonRevision1{"--json --revision 1 ", ".r1.json", true};
+Format const kJsonRevision2{"--json --revision 2 ", ".r2.json", true};
+
+Format const& formatNamed(std::string const& name) {
+   if (name == "text") {
+      return kText;
+   }
+   if (name == "json") {
+      return kJson;
+   }
+   if (name == "json1") {
+      return kJsonRevision1;
+   }
+   EXPECT_EQ(name, "json2") << "unknown format in CASES";
+   return kJsonRevision2;
+}
+
 struct GoldenCase {
    std::string state;
+   std::string name;
+   std::vector<Format> formats;
    std::string command;
 };
 
@@ -29,8 +55,16 @@ std::vector<GoldenCase> readCases() {
       if (line.empty() || line.front() == '#') {
          continue;
       }
-      auto const blank = line.find(' ');
-      cases.push_back({line.substr(0, blank), line.substr(blank + 1)});
+      std::istringstream fields(line);
+      GoldenCase golden;
+      std::string formats;
+      fields >> golden.state >> golden.name >> formats >> std::ws;
+      std::getline(fields, golden.command);
+      std::istringstream formatNames(formats);
+      for (std::string format; std::getline(formatNames, format, ',');) {
+         golden.formats.push_back(formatNamed(format));
+      }
+      cases.push_back(std::move(golden));
    }
    return cases;
 }
@@ -39,27 +73,6 @@ fs::path statePath(std::string const& state) {
    auto const example = fs::path(EXAMPLES_DIR) / (state + ".json");
    return fs::exists(example) ? example : fs::path(GOLDEN_DIR) / "states" / (state + ".json");
 }
-
-// "show traffic-policy interface input" -> "interface-input"
-std::string slugOf(std::string const& command) {
-   auto words = wordsOf(command);
-   std::string slug;
-   for (std::size_t at = 2; at < words.size(); ++at) {
-      slug += (slug.empty() ? "" : "-") + words[at];
-   }
-   return slug;
-}
-
-struct Format {
-   char const* options;
-   char const* suffix;
-   bool json;
-};
-constexpr Format kFormats[] = {
-    {"", ".txt", false},
-    {"--json --revision 1 ", ".r1.json", true},
-    {"--json --revision 2 ", ".r2.json", true},
-};
 
 std::string readFile(fs::path const& path) {
    std::ifstream file(path, std::ios::binary);
@@ -73,9 +86,9 @@ bool updating() {
    return update && std::string(update) == "1";
 }
 
-std::string runCase(GoldenCase const& golden, Format const& format) {
-   auto const run = runTpcli(wordsOf("--no-pager -s " + statePath(golden.state).string() + " " +
-                                     format.options + golden.command));
+std::string runCase(std::string const& state, std::string const& command, Format const& format) {
+   auto const run = runTpcli(wordsOf("--no-pager --library " SHOW_LIBRARY " -s " +
+                                     statePath(state).string() + " " + format.options + command));
    EXPECT_EQ(run.exitCode, 0);
    EXPECT_EQ(run.standardError, "");
    return run.standardOutput;
@@ -85,15 +98,15 @@ TEST(GoldenOutput, EveryCaseMatchesItsFiles) {
    auto const cases = readCases();
    ASSERT_FALSE(cases.empty());
    for (auto const& golden : cases) {
-      for (auto const& format : kFormats) {
+      for (auto const& format : golden.formats) {
          auto const expectedFile =
-             fs::path(GOLDEN_DIR) / golden.state / (slugOf(golden.command) + format.suffix);
+             fs::path(GOLDEN_DIR) / golden.state / (golden.name + format.suffix);
          SCOPED_TRACE(golden.command + " " + format.options + "-> " + expectedFile.string());
-         auto const output = runCase(golden, format);
+         auto const output = runCase(golden.state, golden.command, format);
          if (format.json) {
             EXPECT_TRUE(nlohmann::json::accept(output)) << "not JSON";
          }
-         EXPECT_EQ(runCase(golden, format), output) << "a second run differs";
+         EXPECT_EQ(runCase(golden.state, golden.command, format), output) << "a second run differs";
          if (updating()) {
             fs::create_directories(expectedFile.parent_path());
             std::ofstream(expectedFile, std::ios::binary) << output;
@@ -109,7 +122,7 @@ TEST(GoldenOutput, EveryCaseMatchesItsFiles) {
 // output lists are only inside "output".
 TEST(GoldenOutput, InputListsAppearInsideInputAndFlat) {
    auto const document = nlohmann::json::parse(
-       runCase({"lab", "show traffic-policy interface detail"}, kFormats[2]));
+       runCase("lab", "show traffic-policy interface detail", kJsonRevision2));
    auto const& policy = document["trafficPolicies"]["edge-in"];
    for (char const* key : {"configuredIntfs", "ipv4AppliedIntfs", "ipv6AppliedIntfs"}) {
       SCOPED_TRACE(key);

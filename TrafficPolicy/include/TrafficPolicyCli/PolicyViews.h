@@ -85,17 +85,17 @@ void _renderTrafficPolicyCounters(vellum::RendererV2* renderer,
                                   Kel::String const& policyName, bool byteCountersSupported,
                                   bool isInput);
 
-// The policies of the summary and errors views, in name order and limited to the asked-for name
-// (an empty name asks for all): each policy's heading, `renderAttachments(record)` for where it is
-// configured, applied or failed, then its counters line, rules and warnings. Returns whether the
-// installation failed for any policy shown, as `installationFailed(record)` says.
+// The policies of the summary and errors views (inside the command's "trafficPolicies"), in name
+// order and limited to the asked-for name (an empty name asks for all): each policy's heading,
+// `renderAttachments(record)` for where it is configured, applied or failed, then its counters
+// line, rules and warnings. Returns whether the installation failed for any policy shown, as
+// `installationFailed(record)` says.
 template <typename RenderAttachments, typename InstallationFailed>
 bool renderPolicySummaries(ShowTrafficPolicyBase& show, vellum::RendererV2* renderer,
                            std::uint32_t format, std::uint32_t revision,
                            RenderAttachments&& renderAttachments,
                            InstallationFailed&& installationFailed) {
    bool anyFailed = false;
-   renderer->_startJsonObject("trafficPolicies");
    for (auto const& [name, record] : show.policyState()) {
       if (!show.policyName().empty() && name != show.policyName()) {
          continue;
@@ -104,7 +104,6 @@ bool renderPolicySummaries(ShowTrafficPolicyBase& show, vellum::RendererV2* rend
       renderPolicyRulesAndWarnings(show, renderer, record, format, revision);
       anyFailed = anyFailed || installationFailed(*record);
    }
-   renderer->endJsonDict();
    return anyFailed;
 }
 

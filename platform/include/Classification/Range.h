@@ -4,8 +4,13 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <string>
+
+namespace Kel {
+class Value;
+}
 
 namespace Classification {
 
@@ -13,8 +18,14 @@ struct NumericalRange {
    std::uint32_t low = 0;
    std::uint32_t high = 0;
 
+   // "4294967295-4294967295".
+   static constexpr std::size_t kMaxTextLength = 21;
+
    // "80" for a single value, "1000-2000" for a true range.
    std::string stringValue() const;
+   // Writes the text form without a terminator and returns its length; `out` must have room for
+   // kMaxTextLength characters.
+   std::size_t format(char* out) const noexcept;
    bool overlaps(NumericalRange const& other) const noexcept {
       return low <= other.high && other.low <= high;
    }
@@ -23,6 +34,9 @@ struct NumericalRange {
 
    friend auto operator<=>(NumericalRange const&, NumericalRange const&) = default;
 };
+
+// Its text form.
+Kel::Value toValue(NumericalRange const& range);
 
 using PortRange = NumericalRange;
 using VlanRange = NumericalRange;

@@ -1,19 +1,30 @@
 // Ranges, field sets and structured filters: their text forms, orderings and type descriptors.
+#include <charconv>
 #include <numeric>
 
 #include "Classification/FieldSetConfig.h"
 #include "Classification/Range.h"
 #include "Classification/StructuredFilter.h"
+#include "Kel/Value.h"
 
 namespace Classification {
 
-std::string NumericalRange::stringValue() const {
-   auto text = std::to_string(low);
+std::size_t NumericalRange::format(char* out) const noexcept {
+   char* cursor = std::to_chars(out, out + kMaxTextLength, low).ptr;
    if (high != low) {
-      text += '-';
-      text += std::to_string(high);
+      *cursor++ = '-';
+      cursor = std::to_chars(cursor, out + kMaxTextLength, high).ptr;
    }
-   return text;
+   return static_cast<std::size_t>(cursor - out);
+}
+
+std::string NumericalRange::stringValue() const {
+   char text[kMaxTextLength];
+   return std::string(text, format(text));
+}
+
+Kel::Value toValue(NumericalRange const& range) {
+   return Kel::toValue(range.stringValue());
 }
 
 std::strong_ordering operator<=>(VlanRangeSet const& left, VlanRangeSet const& right) {

@@ -1,0 +1,164 @@
+// The field-set listings on configurations built in memory: what the state file cannot express
+// (sets without a current sub-configuration, null prefixes), the lock yields of large sets with
+// their ring messages and a change made while the lock is given up, the source word, and the
+// reflected attributes. The listings' exact output is checked by the golden tests of tpcli.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "Kel/ActivityLock.h"
+#include "Kel/Assert.h"
+#include "TrafficPolicyCli/PrefixCopy.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyPrefixFieldSet.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyRangeFieldSets.h"
+#include "TrafficPolicyCli/Trace.h"
+#include "support/CapturedOutput.h"
+#include "support/CapturedTrace.h"
+
+namespace {
+
+using Classification::ContentsSource;
+using Quoll::IpGenPrefix;
+using TrafficPolicyCli::ShowTrafficPolicyFieldSetBase;
+using vellum::OutputFormat_t;
+
+IpGenPrefix v4(std::uint32_t address, std::uint8_t length) {
+   return IpGenPrefix(Quoll::IpAddr::v4(address), length);
+}
+
+// A configuration with one set of each kind under the name "set".
+struct Configuration {
+   Kel::Ptr<Classification::FieldSetConfig> config = Kel::make<Classification::FieldSetConfig>();
+   Kel::Ptr<Classification::PrefixFieldSetSubConfig> prefixes =
+       Kel::make<Classification::PrefixFieldSetSubConfig>();
+
+   Configuration() {
+      auto set = Kel::make<Classification::FieldSetIpPrefix>("set");
+      set->currCfgIs(prefixes);
+      config->fieldSetIpPrefix().insertOrAssign("set", set);
+   }
+   // Sets that are being defined: no current sub-configuration yet.
+   void addUndefinedSets() {
+      config->fieldSetIpPrefix().insertOrAssign(
+          "undefined", Kel::make<Classification::FieldSetIpPrefix>("undefined"));
+      config->fieldSetL4Port().insertOrAssign(
+          "undefined", Kel::make<Classification::FieldSetL4Port>("undefined"));
+      config->fieldSetVlan().insertOrAssign("undefined",
+                                            Kel::make<Classification::FieldSetVlan>("undefined"));
+   }
+};
+
+std::string rendered(TrafficPolicyCli::ShowCommand& command, OutputFormat_t format) {
+   testing_support::MemoryFile file;
+   command.render(static_cast<std::uint32_t>(file.fd()), static_cast<std::uint32_t>(format), 2);
+   return file.contents();
+}
+
+class FieldSetListingTest : public testing::Test {
+ protected:
+   Configuration device_;
+   testing_support::CapturedTrace trace_{TrafficPolicyCli::traceFacility(), 8};
+};
+
+TEST_F(FieldSetListingTest, SetsWithoutCurrentSubConfigurationAreOnlyTraced) {
+   device_.addUndefinedSets();
+   device_.prefixes->prefixes().insert(v4(0x0a000000, 8));
+   auto prefixListing = Kel::make<TrafficPolicyCli::ShowTrafficPolicyPrefixFieldSet>(
+       device_.config, "", true, false, IpGenPrefix(), false);
+   auto portListing = Kel::make<TrafficPolicyCli::ShowTrafficPolicyL4PortFieldSet>(
+       device_.config, "undefined", false, Classification::PortRange{});
+   auto vlanListing = Kel::make<TrafficPolicyCli::ShowTrafficPolicyVlanFieldSet>(
+       device_.config, "", true, Classification::VlanRange{1, 4094});
+
+   EXPECT_EQ(testing_support::parseJson(rendered(*prefixListing, OutputFormat_t::json)),
+             nlohmann::json::parse(R"({"prefixFieldSets": {"set": {"source": "static",
+                "prefixes": [{"prefix": "10.0.0.0/8", "exceptPrefixes": []}]}}})"));
+   EXPECT_EQ(rendered(*portListing, OutputFormat_t::text), "");
+   EXPECT_EQ(rendered(*vlanListing, OutputFormat_t::text), "No matching VLAN field sets found\n");
+   EXPECT_TRUE(trace_.anyEndsWith(", fsName:undefined, no currCfg"));
+   EXPECT_TRUE(prefixListing->foundMatches());
+   EXPECT_FALSE(portListing->foundMatches() || vlanListing->foundMatches());
+}
+
+TEST_F(FieldSetListingTest, ANullPrefixIsABrokenInvariant) {
+   device_.prefixes->prefixes().insert(IpGenPrefix());
+   auto listing = Kel::make<TrafficPolicyCli::ShowTrafficPolicyPrefixFieldSet>(
+       device_.config, "set", true, false, IpGenPrefix(), false);
+   auto const previous = Kel::assertHandlerIs(Kel::throwingAssertHandler);
+   try {
+      rendered(*listing, OutputFormat_t::text);
+      ADD_FAILURE() << "no assertion";
+   } catch (Kel::AssertionError const& error) {
+      EXPECT_EQ(error.expression(), "!pfx.isNullPrefix()");
+      EXPECT_EQ(error.source(), "TrafficPolicy/TrafficPolicyShowCliHelper");
+   }
+   Kel::assertHandlerIs(previous);
+}
+
+// 60,000 prefixes give two yields of the lock; during the first, another thread that waits for
+// the lock adds a prefix ahead of the copy and one behind it.
+TEST_F(FieldSetListingTest, LargeSetsGiveUpTheLockWhileCopying) {
+   constexpr std::uint32_t kCount = 60000;
+   auto& live = device_.prefixes->prefixes();
+   for (std::uint32_t host = 0; host < kCount; ++host) {
+      live.insert(v4(0x0b000000 + host * 2, 32));
+   }
+   auto& lock = Kel::ActivityLock::instance();
+   std::vector<IpGenPrefix> copy;
+   {
+      Kel::ActivityLockGuard const held(lock);
+      std::thread other([&lock, &live] {
+         Kel::ActivityLockGuard const mine(lock);
+         live.insert(v4(0x0a000000, 8));
+         live.insert(v4(0x0c000000, 8));
+      });
+      copy = TrafficPolicyCli::sortedPrefixCopy(live, TrafficPolicyCli::kPrefixCopyMessages);
+      other.join();
+   }
+   EXPECT_EQ(copy.size(), kCount + 1);
+   EXPECT_TRUE(std::ranges::is_sorted(copy));
+   EXPECT_EQ(copy.back(), v4(0x0c000000, 8));
+
+   auto const ring = TrafficPolicyCli::fieldSetRingBuf().messages();
+   std::vector<std::string> const expected{"begin copy+sort prefixes 60000",
+                                           "yielding activing lock: sort prefixes",
+                                           "resuming",
+                                           "yielding activing lock: sort prefixes",
+                                           "resuming",
+                                           "sort prefixes 60001",
+                                           "end copy+sort prefixes 60001"};
+   ASSERT_GE(ring.size(), expected.size());
+   EXPECT_EQ(std::vector(ring.end() - static_cast<long>(expected.size()), ring.end()), expected);
+}
+
+TEST(ContentsSourceShowString, NamesTheSourceAndKeepsTheFirstComputedText) {
+   auto const word = &ShowTrafficPolicyFieldSetBase::contentsSourceShowString;
+   EXPECT_EQ(word(ContentsSource::staticSource, false), "static");
+   EXPECT_EQ(word(ContentsSource::staticSource, true), "static");
+   EXPECT_EQ(word(ContentsSource::bgp, false), "BGP");
+   auto const first = word(ContentsSource::controller, true);
+   EXPECT_TRUE(first == "controller" || first == "bgp" || first == "unknown") << first;
+   EXPECT_EQ(word(ContentsSource::bgp, true), first);
+   EXPECT_EQ(word(ContentsSource::unknown, false), first);
+}
+
+TEST(FieldSetListingReflection, AttributesInConstructorOrder) {
+   auto names = [](Kel::TypeInfo const& type) {
+      std::vector<std::string> result;
+      for (auto const* attribute : type.attributes()) {
+         result.push_back(attribute->name);
+      }
+      return result;
+   };
+   using Names = std::vector<std::string>;
+   EXPECT_EQ(names(TrafficPolicyCli::ShowTrafficPolicyPrefixFieldSet::typeInfo()),
+             (Names{"fieldSetConfig", "fieldSetName", "ipv4", "filterPrefix", "prefix", "exact",
+                    "foundMatches"}));
+   EXPECT_EQ(names(TrafficPolicyCli::ShowTrafficPolicyL4PortFieldSet::typeInfo()),
+             (Names{"fieldSetConfig", "fieldSetName", "filterPorts", "ports", "foundMatches"}));
+   EXPECT_EQ(names(TrafficPolicyCli::ShowTrafficPolicyVlanFieldSet::typeInfo()),
+             (Names{"fieldSetConfig", "fieldSetName", "filterVlans", "vlans", "foundMatches"}));
+}
+
+}  // namespace
