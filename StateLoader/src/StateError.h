@@ -24,6 +24,10 @@ class StateError : public std::runtime_error {
 
 [[noreturn]] void fail(Where const& where, std::string const& message);
 
+// The one-line reason for a problem of the file at `path`: "FILE: /json/pointer: what is wrong",
+// or "FILE: what is wrong" for the file as a whole.
+std::string reasonOf(std::string const& path, StateError const& error);
+
 // Text quoted for a message, as in: unknown key "sorces". Very long text is cut short.
 std::string quoted(std::string_view text);
 

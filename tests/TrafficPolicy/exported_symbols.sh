@@ -10,7 +10,9 @@ showTrafficPolicyCpuFactory
 showTrafficPolicyInterfaceFactory
 showTrafficPolicyL4PortFieldSetFactory
 showTrafficPolicyPrefixFieldSetFactory
-showTrafficPolicyVlanFieldSetFactory"
+showTrafficPolicyVlanFieldSetFactory
+trafficPolicyLedgerCounterSnapshotHelperFactory
+trafficPolicyPylonCounterSnapshotHelperFactory"
 
 actual=$(nm -D --defined-only --extern-only "$library" | awk '{print $3}' | grep -v '^_' | sort)
 if [ "$actual" != "$expected" ]; then

@@ -1,15 +1,19 @@
 // From request to show object: each command reaches its factory with the flags, filters, state
 // handles, format and revision in the right places (the fake library writes back what it got, as
-// JSON that nlohmann parses), and a failure to write is reported as such. Also: the libraries
+// JSON that nlohmann parses), and a failure to write is reported as such; each clear reaches the
+// snapshot helpers of its directions and of the state's counter back end. Also: the libraries
 // that can and cannot serve as the show library.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "support/CapturedOutput.h"
 #include "support/Words.h"
 #include "tpcli/CommandGrammar.h"
 #include "tpcli/CommandRunner.h"
+#include "tpcli/CounterClearer.h"
 #include "tpcli/ExitCode.h"
 #include "tpcli/ShowLibrary.h"
 
@@ -159,6 +163,50 @@ TEST_F(CommandRunnerTest, AFullDiskIsAnErrorOfTheCommand) {
       EXPECT_STREQ(error.what(), "cannot write output: No space left on device");
    }
    close(full);
+}
+
+TEST_F(CommandRunnerTest, AClearReachesTheHelpersOfItsDirectionsAndBackEnd) {
+   struct Row {
+      std::string line;
+      bool sharedMemory;
+      std::vector<StateLoader::DirectionState StateLoader::DeviceState::*> cleared;
+   };
+   using StateLoader::DeviceState;
+   auto const all = {&DeviceState::interfaceInput, &DeviceState::interfaceOutput,
+                     &DeviceState::cpu};
+   Row const rows[] = {
+       {"clear traffic-policy counters", false, all},
+       {"clear traffic-policy counters", true, all},
+       {"clear traffic-policy counters interface",
+        false,
+        {&DeviceState::interfaceInput, &DeviceState::interfaceOutput}},
+       {"clear traffic-policy counters interface input", true, {&DeviceState::interfaceInput}},
+       {"clear traffic-policy counters interface output", false, {&DeviceState::interfaceOutput}},
+       {"clear traffic-policy counters cpu", true, {&DeviceState::cpu}},
+   };
+   for (auto const& row : rows) {
+      state_.hwStatus->sharedMemoryCountersIs(row.sharedMemory);
+      for (auto const direction : all) {
+         (state_.*direction).counter = Kel::make<TrafficPolicy::Counter>();
+      }
+      state_.cpu.status->perInterfaceCountersIs(true);
+      auto const parsed = parseCommand(tpcli_test::wordsOf(row.line));
+      clearCounters(library_.factories(), state_,
+                    std::get<ClearCountersRequest>(parsed.value().request));
+      for (auto const direction : all) {
+         auto const& [status, counter, table] = state_.*direction;
+         bool const cleared =
+             std::find(row.cleared.begin(), row.cleared.end(), direction) != row.cleared.end();
+         auto const* mark =
+             row.sharedMemory ? counter->snapshot({"fake-pylon", std::to_string(address(table))})
+                              : counter->snapshot({"fake-ledger", std::to_string(address(status))});
+         EXPECT_EQ(counter->snapshot().size(), cleared ? 1U : 0U) << row.line;
+         EXPECT_EQ(mark != nullptr, cleared) << row.line;
+         if (mark && row.sharedMemory) {
+            EXPECT_EQ(mark->instanceId, status->perInterfaceCounters() ? 1U : 0U) << row.line;
+         }
+      }
+   }
 }
 
 TEST(ShowLibraryTest, TakesOnlyALibraryWithEveryFactory) {

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -16,8 +17,10 @@
 #include "Kel/Assert.h"
 #include "Kel/Trace.h"
 #include "StateLoader/Loader.h"
+#include "StateLoader/Snapshots.h"
 #include "tpcli/CommandGrammar.h"
 #include "tpcli/CommandRunner.h"
+#include "tpcli/CounterClearer.h"
 #include "tpcli/ExitCode.h"
 #include "tpcli/Locations.h"
 #include "tpcli/Options.h"
@@ -47,6 +50,27 @@ T valueOr(Kel::Expected<T> expected, ExitCode code) {
    return std::move(expected).value();
 }
 
+void failIf(std::optional<Kel::Failure> const& failure, ExitCode code) {
+   if (failure) {
+      throw CommandError(code, failure->reason);
+   }
+}
+
+std::string statePathOf(Options const& options) {
+   return options.statePath.value_or(exampleStatePath());
+}
+
+// A damaged snapshot file is as bad as a damaged state: shown as no snapshots, cleared counts
+// would come back.
+void readSnapshotsBeside(std::string const& statePath, StateLoader::DeviceState& state) {
+   failIf(StateLoader::readSnapshots(StateLoader::snapshotPathOf(statePath), state),
+          ExitCode::invalidState);
+}
+
+StateLoader::DeviceState loadedState(std::string const& statePath) {
+   return valueOr(StateLoader::loadState(statePath), ExitCode::invalidState);
+}
+
 std::unique_ptr<Pager> pagerIfWanted(Options const& options) {
    auto const command =
        pagerCommand(!options.noPager, isatty(STDOUT_FILENO) == 1, std::getenv("PAGER"));
@@ -68,9 +92,9 @@ ExitCode show(Options const& options, ShowRequest const& request, vellum::Output
    // Declared first so that it outlives the show object, whose code it holds.
    auto const library =
        valueOr(ShowLibrary::open(showLibraryPath(options.libraryPath)), ExitCode::failed);
-   auto const state =
-       valueOr(StateLoader::loadState(options.statePath.value_or(exampleStatePath())),
-               ExitCode::invalidState);
+   auto const statePath = statePathOf(options);
+   auto state = loadedState(statePath);
+   readSnapshotsBeside(statePath, state);
    auto const pager = pagerIfWanted(options);
    render(library, state, request, options, format);
    flushStandardOutput();
@@ -78,6 +102,22 @@ ExitCode show(Options const& options, ShowRequest const& request, vellum::Output
       pager->finish();
    }
    return vellum::sigIntNoticed() ? ExitCode::interrupted : ExitCode::done;
+}
+
+// The snapshots are read under the lock, so that what this clear writes back holds the work of
+// every clear before it.
+ExitCode clear(Options const& options, ClearCountersRequest const& request) {
+   auto const library =
+       valueOr(ShowLibrary::open(showLibraryPath(options.libraryPath)), ExitCode::failed);
+   auto const statePath = statePathOf(options);
+   auto state = loadedState(statePath);
+   auto const lock =
+       valueOr(StateLoader::SnapshotLock::acquire(StateLoader::snapshotPathOf(statePath)),
+               ExitCode::failed);
+   readSnapshotsBeside(statePath, state);
+   clearCounters(library.factories(), state, request);
+   failIf(lock.write(state), ExitCode::failed);
+   return ExitCode::done;
 }
 
 ExitCode runInvocation(std::vector<std::string> arguments) {
@@ -91,8 +131,8 @@ ExitCode runInvocation(std::vector<std::string> arguments) {
    if (options.traceLevel) {
       Kel::traceSpecIs(std::to_string(*options.traceLevel));
    }
-   if (std::holds_alternative<ClearCountersRequest>(command.request)) {
-      throw CommandError(ExitCode::failed, "clearing counters is not available in this build");
+   if (auto const* clearRequest = std::get_if<ClearCountersRequest>(&command.request)) {
+      return clear(options, *clearRequest);
    }
    auto const json = options.json || command.json;
    return show(options, std::get<ShowRequest>(command.request),

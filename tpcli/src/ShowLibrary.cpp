@@ -44,7 +44,11 @@ Kel::Expected<ShowLibrary> ShowLibrary::open(std::string const& path) {
        find(table.cpu, handle, path, "showTrafficPolicyCpuFactory", reason) &&
        find(table.prefixFieldSet, handle, path, "showTrafficPolicyPrefixFieldSetFactory", reason) &&
        find(table.l4PortFieldSet, handle, path, "showTrafficPolicyL4PortFieldSetFactory", reason) &&
-       find(table.vlanFieldSet, handle, path, "showTrafficPolicyVlanFieldSetFactory", reason);
+       find(table.vlanFieldSet, handle, path, "showTrafficPolicyVlanFieldSetFactory", reason) &&
+       find(table.ledgerSnapshotHelper, handle, path,
+            "trafficPolicyLedgerCounterSnapshotHelperFactory", reason) &&
+       find(table.pylonSnapshotHelper, handle, path,
+            "trafficPolicyPylonCounterSnapshotHelperFactory", reason);
    if (!complete) {
       return Kel::Failure{reason};
    }

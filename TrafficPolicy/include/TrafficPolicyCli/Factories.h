@@ -13,6 +13,7 @@
 #include "Quoll/IpGenPrefix.h"
 #include "TrafficPolicy/Counter.h"
 #include "TrafficPolicy/TrafficPolicyConfig.h"
+#include "TrafficPolicyCli/CounterSnapshotHelpers.h"
 #include "TrafficPolicyCli/Export.h"
 #include "TrafficPolicyCli/ShowCommand.h"
 
@@ -67,6 +68,15 @@ TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFac
     Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
     bool filterVlans, Classification::VlanRange const& vlans);
 
+TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<TrafficPolicyLedgerCounterSnapshotHelper>
+trafficPolicyLedgerCounterSnapshotHelperFactory(Handle<PolicyMap::PolicyMapTypeStatus> typeStatus,
+                                                Kel::Ptr<TrafficPolicy::Counter> const& counter);
+
+TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<TrafficPolicyPylonCounterSnapshotHelper>
+trafficPolicyPylonCounterSnapshotHelperFactory(
+    Handle<PolicyMap::Counters::PolicyMapTypeCounters> typeCounters,
+    Kel::Ptr<TrafficPolicy::Counter> const& counter, bool perInterface);
+
 }  // extern "C"
 
 // The factories' types, for finding them with dlsym.
@@ -75,5 +85,9 @@ using ShowTrafficPolicyCpuFactory = decltype(&showTrafficPolicyCpuFactory);
 using ShowTrafficPolicyPrefixFieldSetFactory = decltype(&showTrafficPolicyPrefixFieldSetFactory);
 using ShowTrafficPolicyL4PortFieldSetFactory = decltype(&showTrafficPolicyL4PortFieldSetFactory);
 using ShowTrafficPolicyVlanFieldSetFactory = decltype(&showTrafficPolicyVlanFieldSetFactory);
+using TrafficPolicyLedgerCounterSnapshotHelperFactory =
+    decltype(&trafficPolicyLedgerCounterSnapshotHelperFactory);
+using TrafficPolicyPylonCounterSnapshotHelperFactory =
+    decltype(&trafficPolicyPylonCounterSnapshotHelperFactory);
 
 }  // namespace TrafficPolicyCli

@@ -2,7 +2,10 @@
 // real names, and its show objects write back the arguments they were given, with the render
 // format and revision, as one JSON line; in text format $TPCLI_FAKE_LINES filler lines follow,
 // for tests that need plenty of output. Handles are written as their addresses, so a test can tell
-// which entity went into which argument. A name "broken-invariant" fails an assertion.
+// which entity went into which argument, and snapshot stores by their content. A name
+// "broken-invariant" fails an assertion. Its snapshot helpers (made by the real library's factory
+// code) mark the store they are given with one rule snapshot ("fake-ledger" or "fake-pylon") that
+// names their source and flag.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -65,12 +68,28 @@ Kel::Ptr<ShowCommand> echo(json arguments) {
    return Kel::make<ArgumentEcho>(std::move(arguments));
 }
 
+// The snapshots of a store: "POLICY/NAME" to the instance id and packets (and bytes).
+json snapshotsOf(Handle<TrafficPolicy::Counter> counter) {
+   json rules = json::object();
+   json named = json::object();
+   for (auto const& [key, version] : counter->snapshot()) {
+      rules[key.policyName.stringValue() + "/" + key.className.stringValue()] = {version.instanceId,
+                                                                                 version.pkts};
+   }
+   for (auto const& [key, version] : counter->namedSnapshot()) {
+      named[key.policyName.stringValue() + "/" + key.counterName.stringValue()] = {
+          version->instanceId(), version->totalCount().packets, version->totalCount().bytes};
+   }
+   return {{"rules", rules}, {"named", named}};
+}
+
 json baseArguments(std::string factory, TRAFFIC_POLICY_CLI_BASE_ARGUMENTS) {
    return {{"factory", factory},
            {"name", policyName.stringValue()},
            {"config", address(config)},
            {"status", address(status)},
            {"counter", address(counter)},
+           {"snapshots", snapshotsOf(counter)},
            {"summary", summary},
            {"errors", errors},
            {"detail", detail},
@@ -106,6 +125,7 @@ Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(
                      counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable);
    arguments.update(json{{"statusOutput", address(statusOutput)},
                          {"counterOutput", address(counterOutput)},
+                         {"snapshotsOutput", snapshotsOf(counterOutput)},
                          {"intfConfigInput", address(intfConfigInput)},
                          {"intfConfigOutput", address(intfConfigOutput)},
                          {"intfParamStatus", address(policyParamStatus)},
@@ -150,6 +170,25 @@ Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFactory(
     Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
     bool filterVlans, Classification::VlanRange const& vlans) {
    return echo(rangeArguments("vlanFieldSet", fieldSetConfig, fieldSetName, filterVlans, vlans));
+}
+
+Kel::TypeInfo const& TrafficPolicyLedgerCounterSnapshotHelper::fwkType() const {
+   static Kel::TypeInfo const info("FakeLedgerSnapshotHelper", nullptr, {});
+   return info;
+}
+
+void TrafficPolicyLedgerCounterSnapshotHelper::clearCounter() {
+   counter_->snapshotIs({"fake-ledger", std::to_string(address(typeStatus()))}, {});
+}
+
+Kel::TypeInfo const& TrafficPolicyPylonCounterSnapshotHelper::fwkType() const {
+   static Kel::TypeInfo const info("FakePylonSnapshotHelper", nullptr, {});
+   return info;
+}
+
+void TrafficPolicyPylonCounterSnapshotHelper::clearCounter() {
+   counter_->snapshotIs({"fake-pylon", std::to_string(address(typeCounters()))},
+                        {perInterface_ ? 1U : 0U, 0});
 }
 
 }  // namespace TrafficPolicyCli

@@ -1,4 +1,5 @@
-// The show library's factories that tpcli calls, as found in the loaded library.
+// The show library's factories that tpcli calls, for showing and for clearing counters, as found
+// in the loaded library.
 #pragma once
 
 #include "TrafficPolicyCli/Factories.h"
@@ -11,6 +12,8 @@ struct FactoryTable {
    TrafficPolicyCli::ShowTrafficPolicyPrefixFieldSetFactory prefixFieldSet = nullptr;
    TrafficPolicyCli::ShowTrafficPolicyL4PortFieldSetFactory l4PortFieldSet = nullptr;
    TrafficPolicyCli::ShowTrafficPolicyVlanFieldSetFactory vlanFieldSet = nullptr;
+   TrafficPolicyCli::TrafficPolicyLedgerCounterSnapshotHelperFactory ledgerSnapshotHelper = nullptr;
+   TrafficPolicyCli::TrafficPolicyPylonCounterSnapshotHelperFactory pylonSnapshotHelper = nullptr;
 };
 
 }  // namespace tpcli

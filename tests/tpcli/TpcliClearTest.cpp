@@ -1,0 +1,239 @@
+// Clearing counters with tpcli as a process, on a state of its own in a private folder: what a
+// clear stores is what the next shows are given, later counts show the increase since, a clear of
+// one direction keeps the others, two clears at once both count, a clear killed at any of its steps
+// leaves the old snapshot file or the new one, and a damaged or unwritable snapshot file ends the
+// command with its exit code. Clears run the real show library; shows run the fake one, which
+// writes back the snapshots it was handed.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "support/TpcliProcess.h"
+#include "support/Words.h"
+
+namespace tpcli_test {
+namespace {
+
+using nlohmann::json;
+namespace fs = std::filesystem;
+
+// One policy per direction, each with a rule counter and a named counter counted per interface;
+// every count raised by `raise`.
+json stateText(bool sharedMemory, std::uint64_t raise) {
+   auto const direction = [raise](char const* policy, std::uint64_t base) {
+      json const ruleCounters = {{"r1", {{"instanceId", 11}, {"packets", base + raise}}}};
+      json const namedCounters = {
+          {"c1",
+           {{"instanceId", 21},
+            {"packets", 2 * base + raise},
+            {"bytes", 100 * base + raise},
+            {"interfaces", {{"Ethernet1", {{"packets", base + raise}, {"bytes", 9}}}}}}}};
+      return json{{"perInterfaceCounters", true},
+                  {"policies",
+                   {{policy, {{"ruleCounters", ruleCounters}, {"namedCounters", namedCounters}}}}}};
+   };
+   return {{"hardware", {{"sharedMemoryCounters", sharedMemory}}},
+           {"status",
+            {{"interfaceInput", direction("in", 100)},
+             {"interfaceOutput", direction("out", 200)},
+             {"cpu", direction("cpu", 300)}}}};
+}
+
+// The snapshots a show is handed, as the fake library writes them back, of a policy's counts.
+json snapshotsOf(char const* policy, std::uint64_t base, std::uint64_t raise = 0) {
+   return {{"rules", {{std::string(policy) + "/r1", {11, base + raise}}}},
+           {"named", {{std::string(policy) + "/c1", {21, 2 * base + raise, 100 * base + raise}}}}};
+}
+
+json const kNoSnapshots = {{"rules", json::object()}, {"named", json::object()}};
+
+std::string fileText(fs::path const& path) {
+   std::stringstream text;
+   text << std::ifstream(path).rdbuf();
+   return text.str();
+}
+
+class TpcliClearTest : public testing::TestWithParam<bool> {
+ protected:
+   TpcliClearTest() {
+      fs::remove_all(folder_);
+      fs::create_directories(folder_);
+   }
+   ~TpcliClearTest() override { fs::remove_all(folder_); }
+
+   void stateIs(std::uint64_t raise) const {
+      std::ofstream(state_) << stateText(GetParam(), raise).dump();
+   }
+
+   TpcliRun tpcli(std::string const& line, TpcliSetup const& setup = {}) const {
+      return runTpcli(wordsOf("-s " + state_.string() + " " + line), setup);
+   }
+
+   void clear(std::string const& scope = "") const {
+      auto const run = tpcli("clear traffic-policy counters " + scope);
+      ASSERT_EQ(run.exitCode, 0) << scope << ": " << run.standardError;
+      EXPECT_EQ(run.standardOutput + run.standardError, "");
+   }
+
+   // What the shows of both kinds are handed, per direction.
+   json shownSnapshots() const {
+      auto const show = [this](char const* kind) {
+         auto const run =
+             tpcli("--library " FAKE_SHOW_LIBRARY " show traffic-policy " + std::string(kind));
+         EXPECT_EQ(run.exitCode, 0) << run.standardError;
+         return json::parse(run.standardOutput);
+      };
+      auto const interface = show("interface");
+      return {{"in", interface.at("snapshots")},
+              {"out", interface.at("snapshotsOutput")},
+              {"cpu", show("cpu").at("snapshots")}};
+   }
+
+   fs::path const folder_ =
+       fs::path(testing::TempDir()) / ("tpcli-clear-" + std::to_string(getpid()));
+   fs::path const state_ = folder_ / "device.json";
+   fs::path const snapshots_ = folder_ / "device.snapshots.json";
+};
+
+TEST_P(TpcliClearTest, ShowsAreHandedTheLastClearsSnapshots) {
+   stateIs(0);
+   EXPECT_EQ(shownSnapshots(),
+             (json{{"in", kNoSnapshots}, {"out", kNoSnapshots}, {"cpu", kNoSnapshots}}));
+   clear();
+   json const atClear = {{"in", snapshotsOf("in", 100)},
+                         {"out", snapshotsOf("out", 200)},
+                         {"cpu", snapshotsOf("cpu", 300)}};
+   // Live counts equal to their snapshots: every count shows 0.
+   EXPECT_EQ(shownSnapshots(), atClear);
+   // The snapshots stay as the counts rise, so each shows the 7 counted since.
+   stateIs(7);
+   EXPECT_EQ(shownSnapshots(), atClear);
+   clear();
+   EXPECT_EQ(shownSnapshots(), (json{{"in", snapshotsOf("in", 100, 7)},
+                                     {"out", snapshotsOf("out", 200, 7)},
+                                     {"cpu", snapshotsOf("cpu", 300, 7)}}));
+   auto const file = json::parse(fileText(snapshots_));
+   EXPECT_EQ(file.at("interfaceInput").at("namedCounters").at("in").at("c1").at("interfaces"),
+             (json{{"Ethernet1", {{"instanceId", 21}, {"packets", 107}, {"bytes", 9}}}}));
+}
+
+TEST_P(TpcliClearTest, AClearOfOneDirectionKeepsTheOthers) {
+   stateIs(0);
+   clear();
+   stateIs(5);
+   clear("cpu");
+   clear("interface output");
+   EXPECT_EQ(shownSnapshots(), (json{{"in", snapshotsOf("in", 100)},
+                                     {"out", snapshotsOf("out", 200, 5)},
+                                     {"cpu", snapshotsOf("cpu", 300, 5)}}));
+}
+
+TEST_P(TpcliClearTest, TwoClearsAtOnceBothTakeEffect) {
+   stateIs(0);
+   int const nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+   for (int round = 0; round < 4; ++round) {
+      fs::remove(snapshots_);
+      TpcliSetup const quiet{{}, Output::given, nothing};
+      auto const first = startTpcli(
+          wordsOf("-s " + state_.string() + " clear traffic-policy counters cpu"), quiet);
+      auto const second = startTpcli(
+          wordsOf("-s " + state_.string() + " clear traffic-policy counters interface input"),
+          quiet);
+      EXPECT_EQ(waitForExit(first), 0);
+      EXPECT_EQ(waitForExit(second), 0);
+      EXPECT_EQ(shownSnapshots(), (json{{"in", snapshotsOf("in", 100)},
+                                        {"out", kNoSnapshots},
+                                        {"cpu", snapshotsOf("cpu", 300)}}))
+          << "round " << round;
+   }
+   close(nothing);
+}
+
+// The file without its timestamps, which differ from clear to clear.
+json withoutTimestamps(json snapshots) {
+   for (auto& [direction, store] : snapshots.items()) {
+      store.erase("timestamp");
+   }
+   return snapshots;
+}
+
+TEST_P(TpcliClearTest, AClearKilledAtAnyStepLeavesTheOldFileOrTheNew) {
+   stateIs(0);
+   clear();
+   auto const old = fileText(snapshots_);
+   stateIs(3);
+   clear();
+   auto const expectedNew = withoutTimestamps(json::parse(fileText(snapshots_)));
+   auto const* asanOptions = std::getenv("ASAN_OPTIONS");
+   // A sanitizer runtime wants to be loaded first; the shim comes before it here, harmlessly.
+   std::string const sanitizer = std::string("ASAN_OPTIONS=") + (asanOptions ? asanOptions : "") +
+                                 ":verify_asan_link_order=0";
+   int killed = 0;
+   for (int step = 1; step < 200; ++step) {
+      std::ofstream(snapshots_) << old;
+      auto const run = tpcli(
+          "clear traffic-policy counters",
+          {{"LD_PRELOAD=" KILL_SHIM, "TPCLI_TEST_KILL_AT=" + std::to_string(step), sanitizer}});
+      auto const now = fileText(snapshots_);
+      if (now != old) {
+         EXPECT_EQ(withoutTimestamps(json::parse(now)), expectedNew) << "step " << step;
+      }
+      EXPECT_EQ(tpcli("--library " FAKE_SHOW_LIBRARY " show traffic-policy cpu").exitCode, 0)
+          << "step " << step;
+      if (run.exitCode != 128 + SIGKILL) {
+         EXPECT_EQ(run.exitCode, 0) << "step " << step << ": " << run.standardError;
+         EXPECT_NE(now, old) << "step " << step;
+         break;
+      }
+      ++killed;
+   }
+   // The lock, the write, the sync, the rename and the closes at the least.
+   EXPECT_GE(killed, 6);
+}
+
+TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
+   stateIs(0);
+   std::ofstream(snapshots_) << R"({"cpu": {"ruleCounters": {"cpu": {"r1": {"instanceId": 1}}}}})";
+   auto const damaged = fileText(snapshots_);
+   auto const reason = snapshots_.string() + ": /cpu/ruleCounters/cpu/r1: missing key \"packets\"";
+   expectRuns({
+       {"--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu",
+        {},
+        3,
+        reason},
+       {"-s " + state_.string() + " clear traffic-policy counters interface", {}, 3, reason},
+   });
+   EXPECT_EQ(fileText(snapshots_), damaged);
+}
+
+TEST_P(TpcliClearTest, AnUnwritableLocationFailsTheClear) {
+   stateIs(0);
+   clear();
+   auto const before = fileText(snapshots_);
+   fs::create_directory(snapshots_.string() + ".tmp");
+   auto const clearLine = "-s " + state_.string() + " clear traffic-policy counters";
+   expectRuns({{clearLine,
+                {},
+                1,
+                "cannot write the counter snapshots: cannot create " + snapshots_.string() +
+                    ".tmp: Is a directory"}});
+   EXPECT_EQ(fileText(snapshots_), before);
+   fs::remove(snapshots_.string() + ".lock");
+   fs::create_directory(snapshots_.string() + ".lock");
+   expectRuns({{clearLine, {}, 1, "cannot lock " + snapshots_.string() + ".lock: Is a directory"}});
+}
+
+INSTANTIATE_TEST_SUITE_P(BothBackends, TpcliClearTest, testing::Bool(),
+                         [](testing::TestParamInfo<bool> const& param) {
+                            return param.param ? "sharedMemory" : "status";
+                         });
+
+}  // namespace
+}  // namespace tpcli_test
