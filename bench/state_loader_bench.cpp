@@ -5,17 +5,12 @@
 // generator, into a temporary folder removed at exit; peak RSS is reported after the first load.
 #include <benchmark/benchmark.h>
 #include <simdjson.h>
-#include <stdlib.h>
 #include <sys/resource.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 
+#include "GeneratedState.h"
 #include "StateLoader/Loader.h"
 
 namespace {
@@ -24,50 +19,17 @@ namespace {
 constexpr char const* kScale =
     " --policies 200 --rules 100 --interfaces 2000 --prefix-sets 50 --prefixes 103000";
 
-class GeneratedState {
- public:
-   static GeneratedState const& sorted() {
-      static GeneratedState const state("");
-      return state;
-   }
-   static GeneratedState const& unsorted() {
-      static GeneratedState const state(" --unsorted-prefixes");
-      return state;
-   }
+using bench::GeneratedState;
 
-   std::string const& path() const noexcept { return path_; }
-   std::size_t size() const { return std::filesystem::file_size(path_); }
-   std::string text() const {
-      std::ifstream in(path_, std::ios::binary);
-      std::ostringstream contents;
-      contents << in.rdbuf();
-      return contents.str();
-   }
+GeneratedState const& sortedState() {
+   static GeneratedState const state(kScale);
+   return state;
+}
 
-   GeneratedState(GeneratedState const&) = delete;
-   GeneratedState& operator=(GeneratedState const&) = delete;
-
- private:
-   explicit GeneratedState(char const* order) {
-      auto pattern = (std::filesystem::temp_directory_path() / "state-bench-XXXXXX").string();
-      if (!::mkdtemp(pattern.data())) {
-         throw std::runtime_error("cannot make a temporary folder");
-      }
-      folder_ = pattern;
-      path_ = (folder_ / "state.json").string();
-      auto const command = std::string(GENERATE_STATE) + kScale + order + " --output " + path_;
-      if (std::system(command.c_str()) != 0) {
-         throw std::runtime_error("generate_state failed");
-      }
-   }
-   ~GeneratedState() {
-      std::error_code ignored;
-      std::filesystem::remove_all(folder_, ignored);
-   }
-
-   std::filesystem::path folder_;
-   std::string path_;
-};
+GeneratedState const& unsortedState() {
+   static GeneratedState const state(std::string(kScale) + " --unsorted-prefixes");
+   return state;
+}
 
 double megabytes(std::size_t bytes) {
    return static_cast<double>(bytes) / (1 << 20);
@@ -99,18 +61,18 @@ void loadRepeatedly(benchmark::State& state, GeneratedState const& generated) {
 }
 
 void BM_LoadState(benchmark::State& state) {
-   loadRepeatedly(state, GeneratedState::sorted());
+   loadRepeatedly(state, sortedState());
    state.counters["peakRssMB"] = peakRssMegabytes();
 }
 BENCHMARK(BM_LoadState)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_LoadStateUnsortedPrefixes(benchmark::State& state) {
-   loadRepeatedly(state, GeneratedState::unsorted());
+   loadRepeatedly(state, unsortedState());
 }
 BENCHMARK(BM_LoadStateUnsortedPrefixes)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 void BM_SimdjsonParseOnly(benchmark::State& state) {
-   simdjson::padded_string const text(GeneratedState::sorted().text());
+   simdjson::padded_string const text(sortedState().text());
    simdjson::dom::parser parser;
    for (auto _ : state) {
       auto const parsed = parser.parse(text);
@@ -125,7 +87,7 @@ void BM_SimdjsonParseOnly(benchmark::State& state) {
 BENCHMARK(BM_SimdjsonParseOnly)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_NlohmannParseOnly(benchmark::State& state) {
-   auto const text = GeneratedState::sorted().text();
+   auto const text = sortedState().text();
    for (auto _ : state) {
       auto const document = nlohmann::json::parse(text);
       benchmark::DoNotOptimize(document.size());

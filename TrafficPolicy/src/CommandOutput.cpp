@@ -9,18 +9,25 @@ constexpr std::size_t kPrintBufferSize = 1048576;
 constexpr int kBlockingWrites = 1;
 }  // namespace
 
-CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::string_view topLevelKey)
+CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt)
     : buffer_(static_cast<int>(fd), kPrintBufferSize, kBlockingWrites),
       renderer_(static_cast<vellum::OutputFormat_t>(fmt), &buffer_, true) {
    if (renderer_.isJson()) {
       buffer_.append('{');
-      renderer_._startJsonObject(topLevelKey);
    }
+}
+
+CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::string_view topLevelKey)
+    : CommandOutput(fd, fmt) {
+   hasTopLevelObject_ = true;
+   renderer_._startJsonObject(topLevelKey);
 }
 
 void CommandOutput::close() {
    if (renderer_.isJson()) {
-      renderer_.endJsonDict();
+      if (hasTopLevelObject_) {
+         renderer_.endJsonDict();
+      }
       buffer_.append("}\n");
    }
 }

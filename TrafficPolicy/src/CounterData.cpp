@@ -1,6 +1,8 @@
 // Snapshot subtraction and lookups of cached counter records.
 #include "TrafficPolicyCli/CounterData.h"
 
+#include <ostream>
+
 #include "TrafficPolicyCli/PolicyStateVariants.h"
 #include "TrafficPolicyCli/Trace.h"
 
@@ -9,17 +11,31 @@ namespace TrafficPolicyCli {
 namespace {
 
 // live minus the snapshot's count, or 0 (traced) when the counter went backwards. The caller has
-// checked that the snapshot belongs to the same instance.
+// checked that the snapshot belongs to the same instance. `what` names the counter in the trace.
+template <typename DescribeCounter>
 std::uint64_t sinceSnapshot(std::uint64_t live, std::uint64_t snapshot,
-                            Kel::String const& policyName, char const* kind,
-                            Kel::String const& name) {
+                            Kel::String const& policyName, DescribeCounter&& describe) {
    if (live < snapshot) {
-      TP_TRACE(1) << "Counter value for policy " << policyName.view() << ", " << kind << " "
-                  << name.view() << " has moved backwards";
+      TP_TRACE(1) << "Counter value for policy " << policyName.view() << ", " << describe
+                  << " has moved backwards";
       return 0;
    }
    return live - snapshot;
 }
+
+// "KIND NAME" for the trace line, without building a string when tracing is off.
+struct CounterDescription {
+   char const* kind;
+   Kel::String const& name;
+   Quoll::IntfId const* intf = nullptr;
+   friend std::ostream& operator<<(std::ostream& out, CounterDescription const& counter) {
+      out << counter.kind << " " << counter.name.view();
+      if (counter.intf) {
+         out << ", intf: " << counter.intf->stringValue().view();
+      }
+      return out;
+   }
+};
 
 enum class Measure { packets, bytes };
 
@@ -33,7 +49,7 @@ std::uint64_t namedCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
    }
    auto const& total = snapshot->totalCount();
    return sinceSnapshot(live, measure == Measure::packets ? total.packets : total.bytes, policyName,
-                        "counter", data.name());
+                        CounterDescription{"counter", data.name()});
 }
 
 Kel::Ptr<PolicyMap::PacketDataStatus const> lookup(CounterDataMap const& counters,
@@ -59,7 +75,8 @@ std::uint64_t getRulePacketCount(Kel::Ptr<PolicyMap::PacketDataStatus const> con
    if (snapshot.instanceId != packetData->instanceId()) {
       return live;
    }
-   return sinceSnapshot(live, snapshot.pkts, policyName, "class", packetData->name());
+   return sinceSnapshot(live, snapshot.pkts, policyName,
+                        CounterDescription{"class", packetData->name()});
 }
 
 std::uint64_t getNamedPacketCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
@@ -72,6 +89,22 @@ std::uint64_t getNamedByteCount(Kel::Ptr<TrafficPolicy::Counter const> const& co
                                 Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
                                 Kel::String const& policyName) {
    return namedCount(counter, *packetData, policyName, Measure::bytes);
+}
+
+PolicyMap::PacketAndByte getNamedIntfCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                           PolicyMap::PacketDataStatus const& packetData,
+                                           Kel::String const& policyName, Quoll::IntfId const& intf,
+                                           PolicyMap::PacketAndByte const& live) {
+   auto const snapshot =
+       counter ? counter->namedSnapshot({policyName, packetData.name()}) : nullptr;
+   auto const* intfSnapshot = snapshot ? snapshot->perIntfCount().lookup(intf) : nullptr;
+   if (!intfSnapshot || (*intfSnapshot)->instanceId() != packetData.instanceId()) {
+      return live;
+   }
+   auto const& saved = (*intfSnapshot)->countData();
+   CounterDescription const description{"counter", packetData.name(), &intf};
+   return {sinceSnapshot(live.packets, saved.packets, policyName, description),
+           sinceSnapshot(live.bytes, saved.bytes, policyName, description)};
 }
 
 Kel::Ptr<PolicyMap::PacketDataStatus const> getUnnamedCounterData(

@@ -83,7 +83,8 @@ void render(ShowLibrary const& library, StateLoader::DeviceState const& state,
    if (options.records) {
       writeCachedRecords(*command, STDOUT_FILENO);
    } else {
-      renderShowCommand(*command, STDOUT_FILENO, format, options.revision);
+      renderShowCommand(*command, STDOUT_FILENO, format, options.revision,
+                        perInterfaceCountingOf(state, request));
    }
 }
 

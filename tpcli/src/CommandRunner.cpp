@@ -99,11 +99,45 @@ void onLockedModel(Work const& work) {
    }
 }
 
+bool countsPerInterface(StateLoader::DirectionState const& direction) {
+   return direction.status && direction.status->perInterfaceCounters();
+}
+
+// Sets the per-interface flags of every cached policy record through its generic attributes.
+void markPerInterfaceCounting(TrafficPolicyCli::ShowCommand& command,
+                              PerInterfaceCounting perInterface) {
+   auto const policies = command.attribute("policyState");
+   auto const* records = policies ? policies->asEntries() : nullptr;
+   if (!records) {
+      return;
+   }
+   for (auto const& entry : *records) {
+      // The records belong to the show object, which lets its caller set these two flags.
+      auto& record = const_cast<Kel::Entity&>(*entry.value.asEntity());
+      record.attributeIs("countersPerInterfaceInput", Kel::Value(perInterface.input));
+      record.attributeIs("countersPerInterfaceOutput", Kel::Value(perInterface.output));
+   }
+}
+
 }  // namespace
 
+PerInterfaceCounting perInterfaceCountingOf(StateLoader::DeviceState const& state,
+                                            ShowRequest const& request) {
+   auto const* interfaceRequest = std::get_if<InterfaceRequest>(&request);
+   if (!interfaceRequest || interfaceRequest->view != PolicyView::counters) {
+      return {};
+   }
+   return {countsPerInterface(state.interfaceInput), countsPerInterface(state.interfaceOutput)};
+}
+
 void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
-                       vellum::OutputFormat_t format, std::uint32_t revision) {
+                       vellum::OutputFormat_t format, std::uint32_t revision,
+                       PerInterfaceCounting perInterface) {
    onLockedModel([&] {
+      if (perInterface.input || perInterface.output) {
+         command.cacheState();
+         markPerInterfaceCounting(command, perInterface);
+      }
       command.render(static_cast<std::uint32_t>(fd), static_cast<std::uint32_t>(format), revision);
    });
 }

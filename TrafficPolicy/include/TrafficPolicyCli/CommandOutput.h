@@ -15,19 +15,22 @@ namespace TrafficPolicyCli {
 
 class CommandOutput {
  public:
-   // In JSON, opens the document and its top-level object `topLevelKey`.
+   // In JSON, opens the document; the command writes its top-level keys itself.
+   CommandOutput(std::uint32_t fd, std::uint32_t fmt);
+   // In JSON, opens the document and its one top-level object `topLevelKey`.
    CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::string_view topLevelKey);
    CommandOutput(CommandOutput const&) = delete;
    CommandOutput& operator=(CommandOutput const&) = delete;
 
    vellum::RendererV2& renderer() noexcept { return renderer_; }
-   // In JSON, closes the top-level object and the document. Not called when rendering ends with
-   // an exception, so an interrupted document stays as far as it got.
+   // In JSON, closes the top-level object (if this output opened one) and the document. Not called
+   // when rendering ends with an exception, so an interrupted document stays as far as it got.
    void close();
 
  private:
    vellum::VellumBuffer buffer_;
    vellum::RendererV2 renderer_;
+   bool hasTopLevelObject_ = false;
 };
 
 // Runs a command's rendering; an interrupt by the user (or a reader gone away) ends it with

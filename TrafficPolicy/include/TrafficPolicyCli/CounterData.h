@@ -22,6 +22,12 @@ std::uint64_t getNamedPacketCount(Kel::Ptr<TrafficPolicy::Counter const> const& 
 std::uint64_t getNamedByteCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
                                 Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
                                 Kel::String const& policyName);
+// One interface's share of a named counter, each figure less the interface's snapshot when the
+// snapshot belongs to the same life of the counter.
+PolicyMap::PacketAndByte getNamedIntfCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                           PolicyMap::PacketDataStatus const& packetData,
+                                           Kel::String const& policyName, Quoll::IntfId const& intf,
+                                           PolicyMap::PacketAndByte const& live);
 
 // The cached live record of a rule or named counter; the output side exists only on interface
 // records. Null when there is none.

@@ -12,6 +12,10 @@ class ShowTrafficPolicyCpu : public ShowTrafficPolicyBase {
 
    Kel::TypeInfo const& fwkType() const override;
 
+   void renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override;
+   void renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
+                                    std::uint32_t revision) override;
+
    // Configured VRFs first, so that a policy without status still has a record; then the status.
    void cachePoliciesState() override;
    // Interface status regrouped by the VRF of each interface.

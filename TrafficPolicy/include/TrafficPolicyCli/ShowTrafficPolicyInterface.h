@@ -13,6 +13,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
 
    Kel::TypeInfo const& fwkType() const override;
 
+   void renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override;
+   void renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
+                                    std::uint32_t revision) override;
+
    // Configured interfaces of both directions first, so that a policy without status still has
    // a record; then the input status, then the output status.
    void cachePoliciesState() override;
@@ -24,6 +28,10 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
                           PolicyMap::ClassMapMatchOption matchOption) override;
    void cacheCounters(Kel::String const& policyName) override;
    Kel::Ptr<PolicyState> getOrCreatePolicyState(Kel::String const& policyName) override;
+   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
+                          PolicyState::PtrConst const& policyState,
+                          Kel::Ptr<PolicyMap::CountAction const> const& action,
+                          std::uint32_t indent) override;
    Kel::Ptr<CounterReader const> createCounterStatusHelper(bool isInput) override;
    PolicyMapStatusPtr getPolicyMapStatus(Kel::String const& policyName) override;
    void cachePolicyMapStatus(PolicyMapStatusPtr const& policyStatus) override;
@@ -33,10 +41,6 @@ class ShowTrafficPolicyInterface : public ShowTrafficPolicyBase {
 
    // The counter reader of one direction; null before caching created it.
    Kel::Ptr<CounterReader const> getCounterStatusHelper(bool isInput) const;
-   void renderCountAction(vellum::RendererV2* renderer, std::uint32_t ruleIndex,
-                          PolicyState::PtrConst const& policyState,
-                          Kel::Ptr<PolicyMap::CountAction const> const& action,
-                          std::uint32_t indent) override;
 
    Kel::Ptr<TrafficPolicy::Status const> const& statusOutput() const noexcept {
       return statusOutput_;

@@ -17,11 +17,23 @@ Kel::Ptr<TrafficPolicyCli::ShowCommand> makeShowCommand(FactoryTable const& fact
                                                         StateLoader::DeviceState const& state,
                                                         ShowRequest const& request);
 
+// Whether named counters are shown per interface, per direction. The show objects leave this to
+// their caller, who knows it from the direction's status; only the interface counters view uses it.
+struct PerInterfaceCounting {
+   bool input = false;
+   bool output = false;
+};
+PerInterfaceCounting perInterfaceCountingOf(StateLoader::DeviceState const& state,
+                                            ShowRequest const& request);
+
 // Renders onto `fd` while holding the activity lock, as every command reading the model does. A
 // failure to write becomes CommandError "cannot write output: ..."; an interrupt or a vanished
-// reader is handled by the show object itself and returns normally.
+// reader is handled by the show object itself and returns normally. With per-interface counting
+// the records are cached first and marked through their attributes; rendering then caches again
+// into the same records, which keep the marks.
 void renderShowCommand(TrafficPolicyCli::ShowCommand& command, int fd,
-                       vellum::OutputFormat_t format, std::uint32_t revision);
+                       vellum::OutputFormat_t format, std::uint32_t revision,
+                       PerInterfaceCounting perInterface = {});
 
 // Runs only the command's caching and writes its cached records as JSON onto `fd`.
 void writeCachedRecords(TrafficPolicyCli::ShowCommand& command, int fd);
