@@ -5,11 +5,12 @@
 // ascending order, as a dump of the device's ordered sets writes them, or scrambled with
 // --unsorted-prefixes, to measure what an unordered list costs. --except-prefixes makes every
 // IPv4 set except that many of its own hosts, spread evenly; --ipv6-prefixes adds an IPv6 set
-// "v6-large" of that many /64 prefixes.
+// "v6-large" of that many /64 prefixes. --rule-prefixes sets how many literal source prefixes each
+// rule has (16 by default; the show benchmark uses typical rules of 2).
 //
 //   generate_state [--policies N] [--rules N] [--interfaces N] [--prefix-sets N]
 //                  [--prefixes N] [--except-prefixes N] [--ipv6-prefixes N]
-//                  [--unsorted-prefixes] [--output FILE]
+//                  [--rule-prefixes N] [--unsorted-prefixes] [--output FILE]
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -30,11 +31,11 @@ struct Scale {
    std::uint32_t prefixes = 100000;
    std::uint32_t exceptPrefixes = 1;
    std::uint32_t ipv6Prefixes = 0;
+   std::uint32_t rulePrefixes = 16;
    bool unsortedPrefixes = false;
    std::string output = "-";
 };
 
-constexpr std::uint32_t kRulePrefixes = 16;
 constexpr std::uint32_t kFlushSize = 1 << 20;
 
 // Buffered output; text is written in large pieces.
@@ -137,8 +138,8 @@ void writeRule(Output& out, Scale const& scale, std::uint32_t policy, std::uint3
    out << "\"rule-" << rule << "\": {\"sequence\": " << std::uint64_t{rule + 1} * 10
        << ", \"match\": {\"ipv4\": {\"sources\": [";
    Separator prefixes;
-   for (std::uint32_t index = 0; index < kRulePrefixes; ++index) {
-      std::uint32_t const network = (policy * scale.rules + rule) * kRulePrefixes + index;
+   for (std::uint32_t index = 0; index < scale.rulePrefixes; ++index) {
+      std::uint32_t const network = (policy * scale.rules + rule) * scale.rulePrefixes + index;
       out << prefixes() << "\"" << dottedQuad(0x0a000000 | (network & 0xffff) << 8) << "/24\"";
    }
    out << "], \"destinationPrefixSets\": [\"set-"
@@ -258,10 +259,10 @@ bool parseArguments(int argc, char** argv, Scale& scale) {
       std::uint32_t Scale::*count;
    };
    constexpr Option kOptions[] = {
-       {"--policies", &Scale::policies},         {"--rules", &Scale::rules},
-       {"--interfaces", &Scale::interfaces},     {"--prefix-sets", &Scale::prefixSets},
-       {"--prefixes", &Scale::prefixes},         {"--except-prefixes", &Scale::exceptPrefixes},
-       {"--ipv6-prefixes", &Scale::ipv6Prefixes}};
+       {"--policies", &Scale::policies},          {"--rules", &Scale::rules},
+       {"--interfaces", &Scale::interfaces},      {"--prefix-sets", &Scale::prefixSets},
+       {"--prefixes", &Scale::prefixes},          {"--except-prefixes", &Scale::exceptPrefixes},
+       {"--ipv6-prefixes", &Scale::ipv6Prefixes}, {"--rule-prefixes", &Scale::rulePrefixes}};
    for (int index = 1; index < argc; ++index) {
       std::string_view const name = argv[index];
       if (name == "--unsorted-prefixes") {
@@ -294,7 +295,7 @@ int main(int argc, char** argv) {
       std::fputs(
           "usage: generate_state [--policies N] [--rules N] [--interfaces N] "
           "[--prefix-sets N] [--prefixes N] [--except-prefixes N] [--ipv6-prefixes N] "
-          "[--unsorted-prefixes] [--output FILE]\n",
+          "[--rule-prefixes N] [--unsorted-prefixes] [--output FILE]\n",
           stderr);
       return 2;
    }
