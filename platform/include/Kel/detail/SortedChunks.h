@@ -127,6 +127,9 @@ class SortedChunks {
    // The entry with the key, and whether make() had to create it.
    template <typename Make>
    std::pair<iterator, bool> findOrInsert(key_type const& key, Make&& make) {
+      if (chunks_.empty() || less(keyOf(chunks_.back().back()), key)) {
+         return {iterator(&chunks_, insertAt(endPlace(), make())), true};
+      }
       auto const place = lowerBound(key);
       if (!atEnd(place) && !less(key, keyAt(place))) {
          return {iterator(&chunks_, place), false};
@@ -144,15 +147,20 @@ class SortedChunks {
    // The first chunk whose last key does not come before the key (lower) or comes after it.
    template <typename Before>
    Place bound(key_type const& key, Before before) const {
-      auto const chunk = std::partition_point(chunks_.begin(), chunks_.end(), [&](Chunk const& c) {
-         return before(keyOf(c.back()), key);
-      });
-      if (chunk == chunks_.end()) {
+      if (chunks_.empty()) {
          return endPlace();
       }
+      // The place lies in the first chunk whose last key is not before the key, or else at the
+      // end of the last chunk; a single chunk (most collections) needs no search for it.
+      auto const chunk =
+          std::partition_point(chunks_.begin(), chunks_.end() - 1,
+                               [&](Chunk const& c) { return before(keyOf(c.back()), key); });
       auto const position =
           std::partition_point(chunk->begin(), chunk->end(),
                                [&](Value const& value) { return before(keyOf(value), key); });
+      if (position == chunk->end()) {
+         return endPlace();
+      }
       return {static_cast<std::size_t>(chunk - chunks_.begin()),
               static_cast<std::size_t>(position - chunk->begin())};
    }
