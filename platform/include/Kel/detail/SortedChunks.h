@@ -144,7 +144,8 @@ class SortedChunks {
    Place endPlace() const noexcept { return {chunks_.size(), 0}; }
    bool atEnd(Place place) const noexcept { return place.chunk == chunks_.size(); }
 
-   // The first chunk whose last key does not come before the key (lower) or comes after it.
+   // The first place whose key is not `before` the key: lower bound with "less than", upper bound
+   // with "not greater than".
    template <typename Before>
    Place bound(key_type const& key, Before before) const {
       if (chunks_.empty()) {
