@@ -7,7 +7,6 @@
 #include <optional>
 #include <string>
 
-#include "SetBuilder.h"
 #include "StateError.h"
 
 namespace StateLoader {
@@ -64,12 +63,13 @@ std::uint32_t checkedEnd(std::string_view digits, RangeKind const& kind, Where c
    return static_cast<std::uint32_t>(*value);
 }
 
-// Replaces the (empty) model set `into` with the list's entries.
+// Replaces the (empty) model set `into` with the list's entries. Lists usually come in ascending
+// order (a dump of an ordered set writes them so), which the set appends after one comparison.
 template <typename Key, typename Read>
 void readList(Node const& list, Kel::OrderedSet<Key>& into, Read read) {
-   SetBuilder<Key> entries;
+   Kel::OrderedSet<Key> entries;
    forEachElement(list, [&](Node const& element) {
-      if (!entries.add(read(element))) {
+      if (!entries.insert(read(element))) {
          fail(element.where, quoted(asString(element)) + " is already listed");
       }
    });

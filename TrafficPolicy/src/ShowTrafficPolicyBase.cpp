@@ -23,6 +23,14 @@ typename Map::mapped_type valueOr(Map const& map, typename Map::key_type const& 
    return value ? *value : typename Map::mapped_type();
 }
 
+// The entity a map of counted pointers holds under the key, without taking a reference: for
+// entities read and let go before anything else runs.
+template <typename Map>
+auto const* entityAt(Map const& map, typename Map::key_type const& key) {
+   auto const* value = map.lookup(key);
+   return value ? value->get() : nullptr;
+}
+
 }  // namespace
 
 ShowTrafficPolicyBase::ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS)
@@ -93,7 +101,7 @@ void ShowTrafficPolicyBase::cachePoliciesState() {
       return;
    }
    Kel::robustWalk(status_->policyMapStatus(),
-                   [this](Kel::String const& name, auto const&) { cachePolicyState(name); });
+                   [this](Kel::String const& name) { cachePolicyState(name); });
 }
 
 void ShowTrafficPolicyBase::cachePolicyState(Kel::String const& policyName) {
@@ -158,7 +166,7 @@ void ShowTrafficPolicyBase::cacheCountersThrough(Kel::Ptr<CounterReader const> c
    }
    // Only interface records have an output half, and only the interface object caches it.
    auto const outputHalf = [&record] { return static_cast<PolicyStateInterface*>(record.get()); };
-   Kel::robustWalk(record->namedCounter(), [&](Kel::String const& name, bool) {
+   Kel::robustWalk(record->namedCounter(), [&](Kel::String const& name) {
       if (auto data = reader->namedCounterData(key, name)) {
          if (isInput) {
             record->inputNamedCountersIs(data);
@@ -170,7 +178,7 @@ void ShowTrafficPolicyBase::cacheCountersThrough(Kel::Ptr<CounterReader const> c
    if (!policyStatus) {
       return;
    }
-   Kel::robustWalk(policyStatus->classMapStatus(), [&](Kel::String const& name, auto const&) {
+   Kel::robustWalk(policyStatus->classMapStatus(), [&](Kel::String const& name) {
       if (auto data = reader->classCounterData(key, name)) {
          if (isInput) {
             record->inputClassCountersIs(data);
@@ -231,8 +239,8 @@ void ShowTrafficPolicyBase::cacheClassState(
    KEL_ASSERT(policyStatus);
 
    std::vector<Kel::String> ruleNames;
-   Kel::robustWalk(pmapSubConfig->rule(), [&ruleNames](std::uint32_t, Kel::String const& name) {
-      ruleNames.push_back(name);
+   Kel::robustWalk(pmapSubConfig->rule(), [&ruleNames](std::uint32_t, Kel::String name) {
+      ruleNames.push_back(std::move(name));
    });
 
    std::uint32_t ruleIndex = 0;
@@ -251,7 +259,7 @@ void ShowTrafficPolicyBase::cacheClassState(
       auto const option = *cmapStatus->matchs().begin();
 
       Kel::Ptr<PolicyMap::ClassMapMatch const> match;
-      if (auto const classMap = valueOr(pmapSubConfig->classMap(), name)) {
+      if (auto const* classMap = entityAt(pmapSubConfig->classMap(), name)) {
          match = valueOr(classMap->match(), option);
       }
       if (match) {
@@ -261,9 +269,11 @@ void ShowTrafficPolicyBase::cacheClassState(
       }
       TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
       cacheClassMapStatus(policyName, ruleIndex, cmapStatus);
-      record->classMapConfigIs(ruleIndex, match);
+      // The record keeps the match alive from here on.
+      auto const& cachedMatch = *match;
+      record->classMapConfigIs(ruleIndex, std::move(match));
       if (!record->undefinedFieldSet()) {
-         checkFieldSetReferences(*record, *match);
+         checkFieldSetReferences(*record, cachedMatch);
       }
       checkCounterReference(*record, *pmapSubConfig, name);
       ++ruleIndex;
@@ -310,7 +320,7 @@ bool filterReferencesDefined(Classification::StructuredFilter const& filter,
       }
    }
    // An inner header is looked up in the sets of its own family, as it is shown.
-   auto const inner = filter.innerMatch();
+   auto const& inner = filter.innerMatch();
    return !inner || filterReferencesDefined(*inner, fieldSets,
                                             inner->addressFamily() == Quoll::AddressFamily::ipv4);
 }
@@ -319,7 +329,7 @@ bool filterReferencesDefined(Classification::StructuredFilter const& filter,
 
 void ShowTrafficPolicyBase::checkFieldSetReferences(PolicyState& record,
                                                     PolicyMap::ClassMapMatch const& match) const {
-   auto const filter = match.structuredFilter();
+   auto const& filter = match.structuredFilter();
    if (!filter || !fieldSetConfig_) {
       return;
    }
@@ -332,11 +342,11 @@ void ShowTrafficPolicyBase::checkFieldSetReferences(PolicyState& record,
 void ShowTrafficPolicyBase::checkCounterReference(
     PolicyState& record, PolicyMap::PolicyMapSubConfig const& pmapSubConfig,
     Kel::String const& ruleName) const {
-   auto const classAction = valueOr(pmapSubConfig.classAction(), ruleName);
+   auto const* classAction = entityAt(pmapSubConfig.classAction(), ruleName);
    if (!classAction) {
       return;
    }
-   auto const action = valueOr(classAction->policyAction(), PolicyMap::ActionType::count);
+   auto const* action = entityAt(classAction->policyAction(), PolicyMap::ActionType::count);
    if (!action) {
       return;
    }

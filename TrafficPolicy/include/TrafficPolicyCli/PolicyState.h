@@ -8,7 +8,6 @@
 
 #include "Kel/DenseArray.h"
 #include "Kel/Entity.h"
-#include "Kel/HashMap.h"
 #include "Kel/OrderedMap.h"
 #include "Kel/Ptr.h"
 #include "Kel/String.h"
@@ -20,7 +19,9 @@
 
 namespace TrafficPolicyCli {
 
-using CounterDataMap = Kel::HashMap<Kel::String, Kel::Ptr<PolicyMap::PacketDataStatus const>>;
+// Filled in name order (caching walks the status's rules and the policy's counters in order), which
+// the ordered map appends without a search or an allocation per entry.
+using CounterDataMap = Kel::OrderedMap<Kel::String, Kel::Ptr<PolicyMap::PacketDataStatus const>>;
 
 class PolicyState : public Kel::Entity {
  public:
@@ -107,15 +108,17 @@ class PolicyState : public Kel::Entity {
 
    CounterDataMap const& inputClassCounters() const noexcept { return inputClassCounters_; }
    // Entered under the record's own name.
-   void inputClassCountersIs(Kel::Ptr<PolicyMap::PacketDataStatus const> const& status) {
-      inputClassCounters_.insertOrAssign(status->name(), status);
+   void inputClassCountersIs(Kel::Ptr<PolicyMap::PacketDataStatus const> status) {
+      auto const& name = status->name();  // kept alive by the entry
+      inputClassCounters_.insertOrAssign(name, std::move(status));
    }
    void inputClassCountersDel(Kel::String const& name) { inputClassCounters_.erase(name); }
    void inputClassCountersDelAll() { inputClassCounters_.clear(); }
 
    CounterDataMap const& inputNamedCounters() const noexcept { return inputNamedCounters_; }
-   void inputNamedCountersIs(Kel::Ptr<PolicyMap::PacketDataStatus const> const& status) {
-      inputNamedCounters_.insertOrAssign(status->name(), status);
+   void inputNamedCountersIs(Kel::Ptr<PolicyMap::PacketDataStatus const> status) {
+      auto const& name = status->name();  // kept alive by the entry
+      inputNamedCounters_.insertOrAssign(name, std::move(status));
    }
    void inputNamedCountersDel(Kel::String const& name) { inputNamedCounters_.erase(name); }
    void inputNamedCountersDelAll() { inputNamedCounters_.clear(); }

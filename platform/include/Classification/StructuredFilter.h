@@ -164,7 +164,7 @@ class StructuredFilter : public Kel::Entity {
    EncapsulationField const& encapField() const noexcept { return encapField_; }
    void encapFieldIs(EncapsulationField field) noexcept { encapField_ = field; }
    // The inner header of an encapsulated packet; null when the rule does not look inside.
-   Kel::Ptr<StructuredFilter const> innerMatch() const noexcept { return innerMatch_; }
+   Kel::Ptr<StructuredFilter const> const& innerMatch() const noexcept { return innerMatch_; }
    void innerMatchIs(Kel::Ptr<StructuredFilter const> inner) { innerMatch_ = std::move(inner); }
    // The address family of this header (meaningful for an inner header).
    Quoll::AddressFamily addressFamily() const noexcept { return addressFamily_; }

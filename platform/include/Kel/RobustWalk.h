@@ -20,18 +20,21 @@ auto const& keyOf(Position const& position) {
 }
 }  // namespace detail
 
-// Calls visit(key, value) for a map, visit(key) for a set.
+// Calls visit(key, value) for a map, or visit(key) for a set and for a map visitor that needs only
+// the key.
 template <typename Collection, typename Visitor>
 void robustWalk(Collection const& collection, Visitor&& visit) {
    auto position = collection.begin();
    while (position != collection.end()) {
       auto const changeCount = collection.changeCount();
-      // The visitor may delete this very entry, so the key is kept by value.
+      // The visitor may insert or delete entries, which moves the ones stored after them, so the
+      // key (and the value, when the visitor takes it) is kept by value.
       auto const key = detail::keyOf(position);
-      if constexpr (requires { position->second; }) {
-         visit(key, position->second);
-      } else {
+      if constexpr (requires { visit(key); }) {
          visit(key);
+      } else {
+         auto value = position->second;
+         visit(key, std::move(value));
       }
       if (collection.changeCount() == changeCount) {
          ++position;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 
 #include "Kel/Entity.h"
 #include "Kel/Ptr.h"
@@ -13,8 +14,36 @@
 
 namespace PolicyMap {
 
+// Finds counters by name in one map of one policy. Caching asks for a policy's counters in name
+// order, so the entry after the last one found is tried first: one comparison instead of a
+// search. That entry is trusted only while the map has not changed since.
+class CounterCursor {
+ public:
+   Kel::Ptr<PacketDataStatus const> find(PacketDataMap const& counters, Kel::String const& name) {
+      auto position =
+          counters.changeCount() == changeCount_ && next_ != counters.end() && next_->first == name
+              ? next_
+              : counters.find(name);
+      if (position == counters.end()) {
+         return nullptr;
+      }
+      changeCount_ = counters.changeCount();
+      next_ = std::next(position);
+      return position->second;
+   }
+   // For a map it has not seen yet.
+   void reset(PacketDataMap const& counters) {
+      changeCount_ = counters.changeCount();
+      next_ = counters.end();
+   }
+
+ private:
+   std::uint64_t changeCount_ = 0;
+   PacketDataMap::const_iterator next_;
+};
+
 // The answer to the last lookup of a policy's counters, kept while the same policy is asked for
-// and the collection it came from has not changed.
+// and the collection it came from has not changed, with a cursor into each of its counter maps.
 template <typename PolicyCounters>
 struct LastLookup {
    template <typename Collection, typename Key>
@@ -27,6 +56,10 @@ struct LastLookup {
          lastKey = key;
          lastChangeCount = changeCount;
          valid = true;
+         if (found) {
+            classCursor.reset(found->classCounter());
+            namedCursor.reset(found->namedCounter());
+         }
       }
       return found.get();
    }
@@ -35,6 +68,8 @@ struct LastLookup {
    PolicyMapSmKey lastKey;
    std::uint64_t lastChangeCount = 0;
    Kel::Ptr<PolicyCounters const> found;
+   CounterCursor classCursor;
+   CounterCursor namedCursor;
 };
 
 class PolicyMapCounterStatusReaderBase : public Kel::Entity {
@@ -56,12 +91,13 @@ class PerPolicyCounterReader : public PolicyMapCounterStatusReaderBase {
    Kel::Ptr<PacketDataStatus const> classCounterData(PolicyMapSmKey const& key,
                                                      Kel::String const& className) const override {
       auto const* counters = policy(key);
-      return counters ? find(counters->classCounter(), className) : nullptr;
+      return counters ? lastPolicy_.classCursor.find(counters->classCounter(), className) : nullptr;
    }
    Kel::Ptr<PacketDataStatus const> namedCounterData(
        PolicyMapSmKey const& key, Kel::String const& counterName) const override {
       auto const* counters = policy(key);
-      return counters ? find(counters->namedCounter(), counterName) : nullptr;
+      return counters ? lastPolicy_.namedCursor.find(counters->namedCounter(), counterName)
+                      : nullptr;
    }
    std::uint32_t numClasses(PolicyMapSmKey const& key) const override {
       auto const* counters = policy(key);
@@ -78,13 +114,6 @@ class PerPolicyCounterReader : public PolicyMapCounterStatusReaderBase {
 
    // Readers are asked about one policy's counters many times in a row.
    mutable LastLookup<PolicyCounters> lastPolicy_;
-
- private:
-   static Kel::Ptr<PacketDataStatus const> find(PacketDataMap const& counters,
-                                                Kel::String const& name) {
-      auto const* data = counters.lookup(name);
-      return data ? *data : nullptr;
-   }
 };
 
 class PolicyMapLedgerCounterStatusReader : public PerPolicyCounterReader<PolicyMapStatus> {

@@ -22,7 +22,7 @@ class ClassMapMatch : public Kel::Entity {
 
    ClassMapMatchOption option() const noexcept { return option_; }
    // Null for a match without criteria.
-   Kel::Ptr<Classification::StructuredFilter const> structuredFilter() const noexcept {
+   Kel::Ptr<Classification::StructuredFilter const> const& structuredFilter() const noexcept {
       return structuredFilter_;
    }
    void structuredFilterIs(Kel::Ptr<Classification::StructuredFilter const> filter) {

@@ -132,6 +132,49 @@ TEST(OrderedMap, FirstKeyGreaterThan) {
    EXPECT_EQ(map.lookup(21), nullptr);
 }
 
+// Ordered maps keep their entries in chunks; thousands of keys in every arrival order (appends,
+// inserts in front, scrambled), then every third key erased, must read back exactly like a tree.
+TEST(OrderedMap, AgreesWithATreeAcrossChunks) {
+   constexpr int kKeys = 5000;
+   struct Order {
+      char const* name;
+      std::function<int(int)> key;
+   } const orders[] = {{"ascending", [](int i) { return i; }},
+                       {"descending", [](int i) { return kKeys - i; }},
+                       {"scrambled", [](int i) { return (i * 7919) % kKeys; }}};
+   for (auto const& order : orders) {
+      IntMap map;
+      std::map<int, std::string> tree;
+      for (int i = 0; i < kKeys; ++i) {
+         insert(map, order.key(i));
+         tree[order.key(i)] = std::to_string(order.key(i));
+      }
+      for (int key = 0; key <= kKeys; key += 3) {
+         EXPECT_EQ(map.erase(key), tree.erase(key) == 1) << order.name << " " << key;
+      }
+      ASSERT_EQ(map.size(), tree.size()) << order.name;
+      auto expected = tree.begin();
+      for (auto const& [key, value] : map) {
+         ASSERT_EQ(key, expected->first) << order.name;
+         EXPECT_EQ(value, expected->second) << order.name;
+         ++expected;
+      }
+      for (int key = -1; key <= kKeys + 1; ++key) {
+         auto const above = map.firstGreaterThan(key);
+         auto const treeAbove = tree.upper_bound(key);
+         ASSERT_EQ(above == map.end(), treeAbove == tree.end()) << order.name << " " << key;
+         if (above != map.end()) {
+            EXPECT_EQ(above->first, treeAbove->first) << order.name << " " << key;
+         }
+         EXPECT_EQ(map.contains(key), tree.contains(key)) << order.name << " " << key;
+      }
+      for (auto position = map.begin(); position != map.end();) {
+         position = map.erase(position);
+      }
+      EXPECT_TRUE(map.empty()) << order.name;
+   }
+}
+
 TEST(DenseArray, IterationSkipsEmptySlots) {
    Kel::DenseArray<Kel::String> rules;
    rules.set(7, "seventh");

@@ -2,6 +2,8 @@
 // store, and the snapshot store keeps one record per key.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "PolicyMap/CounterStatusReader.h"
 #include "TrafficPolicy/Counter.h"
 
@@ -52,6 +54,38 @@ TEST(CounterStatusReader, BothReadersAnswerAlike) {
       EXPECT_EQ(reader->numClasses(key), 2u) << type;
       EXPECT_EQ(reader->numNamedCounters(key), 1u) << type;
       EXPECT_EQ(reader->numClasses({"p2", ""}), 0u) << type;
+   }
+}
+
+// Readers remember where they found the last counter of a policy; a sequence of lookups in and out
+// of order, with the policy's counters changing between two of them, must still find each one.
+TEST(CounterStatusReader, LookupsInAnyOrderAcrossChanges) {
+   auto policy = Kel::make<PolicyMap::PolicyMapStatus>("p1");
+   fill(*policy);
+   auto typeStatus = Kel::make<PolicyMap::PolicyMapTypeStatus>();
+   typeStatus->policyMapStatus().insertOrAssign("p1", policy);
+   PolicyMap::PolicyMapLedgerCounterStatusReader const reader(typeStatus);
+   PolicyMapSmKey const key{"p1", ""};
+   struct Step {
+      char const* name;
+      std::uint64_t packets;  // 0: not found
+      std::function<void()> change;
+   } const steps[] = {
+       {"r1", 5, nullptr},
+       {"r2", 6, [&] { policy->classCounter().insertOrAssign("r15", data("r15", 8)); }},
+       {"r2", 6, nullptr},
+       {"r1", 5, nullptr},
+       {"r15", 8, [&] { policy->classCounter().erase("r2"); }},
+       {"r2", 0, nullptr},
+       {"r3", 0, nullptr},
+       {"r15", 8, nullptr},
+   };
+   for (auto const& step : steps) {
+      auto const found = reader.classCounterData(key, step.name);
+      EXPECT_EQ(found ? found->pkts() : 0, step.packets) << step.name;
+      if (step.change) {
+         step.change();
+      }
    }
 }
 
