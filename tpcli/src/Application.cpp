@@ -77,15 +77,31 @@ std::unique_ptr<Pager> pagerIfWanted(Options const& options) {
    return command ? std::make_unique<Pager>(*command) : nullptr;
 }
 
-void render(ShowLibrary const& library, StateLoader::DeviceState const& state,
-            ShowRequest const& request, Options const& options, vellum::OutputFormat_t format) {
-   auto const command = makeShowCommand(library.factories(), state, request);
+Kel::Ptr<TrafficPolicyCli::ShowCommand> render(ShowLibrary const& library,
+                                               StateLoader::DeviceState const& state,
+                                               ShowRequest const& request, Options const& options,
+                                               vellum::OutputFormat_t format) {
+   auto command = makeShowCommand(library.factories(), state, request);
    if (options.records) {
       writeCachedRecords(*command, STDOUT_FILENO);
    } else {
       renderShowCommand(*command, STDOUT_FILENO, format, options.revision,
                         perInterfaceCountingOf(state, request));
    }
+   return command;
+}
+
+// The process ends right after a command. Taking a large model and the show object's records
+// apart entity by entity would cost about a quarter of the command's time, so they are left for
+// the system to reclaim. They stay reachable from here, so leak checkers do not report them.
+void leaveForProcessExit(StateLoader::DeviceState state,
+                         Kel::Ptr<TrafficPolicyCli::ShowCommand> command) {
+   struct LeftOver {
+      StateLoader::DeviceState state;
+      Kel::Ptr<TrafficPolicyCli::ShowCommand> command;
+   };
+   static auto* const leftOvers = new std::vector<LeftOver>();
+   leftOvers->push_back({std::move(state), std::move(command)});
 }
 
 ExitCode show(Options const& options, ShowRequest const& request, vellum::OutputFormat_t format) {
@@ -96,8 +112,9 @@ ExitCode show(Options const& options, ShowRequest const& request, vellum::Output
    auto state = loadedState(statePath);
    readSnapshotsBeside(statePath, state);
    auto const pager = pagerIfWanted(options);
-   render(library, state, request, options, format);
+   auto command = render(library, state, request, options, format);
    flushStandardOutput();
+   leaveForProcessExit(std::move(state), std::move(command));
    if (pager) {
       pager->finish();
    }
