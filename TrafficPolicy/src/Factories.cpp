@@ -21,25 +21,19 @@ Kel::Ptr<ShowCommand> made(Args const&... args) {
 }  // namespace
 
 Kel::Ptr<ShowCommand> showTrafficPolicyBaseFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS) {
-   return made<ShowTrafficPolicyBase>(config, status, counter, policyName, summary, errors, detail,
-                                      counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
-                                      counterTable);
+   return made<ShowTrafficPolicyBase>(TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
                                                         TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS) {
-   return made<ShowTrafficPolicyInterface>(
-       config, status, counter, policyName, summary, errors, detail, counters, fifthFlag,
-       fieldSetConfig, trafficPolicyHwStatus, counterTable, statusOutput, counterOutput,
-       intfConfigInput, intfConfigOutput, policyParamStatus, counterStatusOutput,
-       filterInputPolicies, filterOutputPolicies);
+   return made<ShowTrafficPolicyInterface>(TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES,
+                                           TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENT_NAMES);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyCpuFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
                                                   TRAFFIC_POLICY_CLI_CPU_ARGUMENTS) {
-   return made<ShowTrafficPolicyCpu>(config, status, counter, policyName, summary, errors, detail,
-                                     counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus,
-                                     counterTable, vrfConfig, allVrfConfig, l3IntfStatusDir);
+   return made<ShowTrafficPolicyCpu>(TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES,
+                                     TRAFFIC_POLICY_CLI_CPU_ARGUMENT_NAMES);
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(

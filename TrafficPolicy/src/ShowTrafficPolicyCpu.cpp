@@ -9,8 +9,7 @@ namespace TrafficPolicyCli {
 
 ShowTrafficPolicyCpu::ShowTrafficPolicyCpu(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
                                            TRAFFIC_POLICY_CLI_CPU_ARGUMENTS)
-    : ShowTrafficPolicyBase(config, status, counter, policyName, summary, errors, detail, counters,
-                            fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable),
+    : ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES),
       vrfConfig_(vrfConfig),
       allVrfConfig_(allVrfConfig),
       l3IntfStatusDir_(l3IntfStatusDir) {}

@@ -12,8 +12,7 @@ namespace TrafficPolicyCli {
 
 ShowTrafficPolicyInterface::ShowTrafficPolicyInterface(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
                                                        TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS)
-    : ShowTrafficPolicyBase(config, status, counter, policyName, summary, errors, detail, counters,
-                            fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable),
+    : ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES),
       statusOutput_(statusOutput),
       counterOutput_(counterOutput),
       intfConfigInput_(intfConfigInput),

@@ -45,6 +45,15 @@ using Handle = Kel::Ptr<T const> const&;
    Handle<PolicyMap::VrfConfig> vrfConfig, Handle<Ip::AllVrfConfig> allVrfConfig, \
        Handle<L3::Intf::StatusDir> l3IntfStatusDir
 
+// The same three lists as arguments, for passing them on unchanged.
+#define TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES                                        \
+   config, status, counter, policyName, summary, errors, detail, counters, fifthFlag, \
+       fieldSetConfig, trafficPolicyHwStatus, counterTable
+#define TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENT_NAMES                                   \
+   statusOutput, counterOutput, intfConfigInput, intfConfigOutput, policyParamStatus, \
+       counterStatusOutput, filterInputPolicies, filterOutputPolicies
+#define TRAFFIC_POLICY_CLI_CPU_ARGUMENT_NAMES vrfConfig, allVrfConfig, l3IntfStatusDir
+
 extern "C" {
 
 TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyBaseFactory(

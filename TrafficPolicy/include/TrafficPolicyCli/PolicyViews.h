@@ -2,10 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 
-#include "Kel/OrderedMap.h"
-#include "TrafficPolicy/TrafficPolicyConfig.h"
 #include "TrafficPolicyCli/PolicyStateVariants.h"
 #include "TrafficPolicyCli/SharedFormatting.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
