@@ -1,9 +1,13 @@
-// Plain POSIX reads into an uninitialised buffer: the size is known up front for regular files,
-// so one allocation and a few large reads bring in even a very large state; pipes and devices are
-// read until they end, the buffer doubling as needed.
+// A regular file is mapped rather than read: its pages come straight from the page cache, where a
+// copy would first make the kernel hand out and zero as many fresh pages, which for a state of
+// tens of megabytes costs more than parsing it. The tail of the last page reads as zeros and is
+// the parser's spare room; a file that ends too close to a page boundary for that, pipes and
+// devices are read into a buffer instead, the buffer doubling as needed. States are replaced, not
+// rewritten in place, so the mapping does not see the file change under it.
 #include "StateFile.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -56,6 +60,38 @@ std::size_t expectedSize(OpenFile const& file) {
    return S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
+std::size_t pageRounded(std::size_t size) {
+   auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+   return (size + page - 1) / page * page;
+}
+
+}  // namespace
+
+void ReleaseFileBytes::operator()(char const* data) const noexcept {
+   if (mappedLength != 0) {
+      ::munmap(const_cast<char*>(data), mappedLength);
+   } else {
+      delete[] data;
+   }
+}
+
+namespace {
+
+// The whole file mapped, or nothing when it cannot be mapped with `padding` bytes after it.
+std::unique_ptr<char const[], ReleaseFileBytes> mapped(OpenFile const& file, std::size_t size,
+                                                         std::size_t padding) {
+   auto const length = pageRounded(size);
+   if (size == 0 || length - size < padding) {
+      return {};
+   }
+   void* const data =
+       ::mmap(nullptr, length, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.fd(), 0);
+   if (data == MAP_FAILED) {
+      return {};
+   }
+   return {static_cast<char const*>(data), ReleaseFileBytes{length}};
+}
+
 std::unique_ptr<char[]> grown(std::unique_ptr<char[]> const& old, std::size_t used,
                               std::size_t capacity) {
    auto bigger = std::make_unique_for_overwrite<char[]>(capacity);
@@ -63,33 +99,47 @@ std::unique_ptr<char[]> grown(std::unique_ptr<char[]> const& old, std::size_t us
    return bigger;
 }
 
-}  // namespace
-
-FileBytes readStateFile(std::string const& path, std::size_t padding) {
-   OpenFile const file(path);
-   FileBytes bytes;
-   bytes.capacity_ = std::max(expectedSize(file) + padding + 1, kMinimumBuffer);
-   bytes.data_ = std::make_unique_for_overwrite<char[]>(bytes.capacity_);
+// Reads until the end, leaving `padding` zeros after the bytes; `capacity` is the first guess.
+std::unique_ptr<char[]> readAll(OpenFile const& file, std::size_t padding, std::size_t& size,
+                                std::size_t& capacity) {
+   auto data = std::make_unique_for_overwrite<char[]>(capacity);
    while (true) {
-      if (bytes.capacity_ - bytes.size_ <= padding) {
-         bytes.data_ = grown(bytes.data_, bytes.size_, bytes.capacity_ * 2);
-         bytes.capacity_ *= 2;
+      if (capacity - size <= padding) {
+         data = grown(data, size, capacity * 2);
+         capacity *= 2;
       }
-      auto const room = bytes.capacity_ - bytes.size_ - padding;
-      auto const got = ::read(file.fd(), bytes.data_.get() + bytes.size_, room);
+      auto const got = ::read(file.fd(), data.get() + size, capacity - size - padding);
       if (got == 0) {
          break;
       }
       if (got < 0 && errno != EINTR) {
          failSystem("cannot read");
       }
-      bytes.size_ += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+      size += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
    }
+   // The parser reads into the spare room; give it defined bytes.
+   std::fill_n(data.get() + size, capacity - size, '\0');
+   return data;
+}
+
+}  // namespace
+
+FileBytes readStateFile(std::string const& path, std::size_t padding) {
+   OpenFile const file(path);
+   auto const expected = expectedSize(file);
+   FileBytes bytes;
+   bytes.data_ = mapped(file, expected, padding);
+   if (bytes.data_) {
+      bytes.size_ = expected;
+      bytes.capacity_ = pageRounded(expected);
+      return bytes;
+   }
+   bytes.capacity_ = std::max(expected + padding + 1, kMinimumBuffer);
+   bytes.data_ = {readAll(file, padding, bytes.size_, bytes.capacity_).release(),
+                  ReleaseFileBytes{}};
    if (bytes.size_ == 0) {
       failFile("the file is empty");
    }
-   // The parser reads into the spare room; give it defined bytes.
-   std::fill_n(bytes.data_.get() + bytes.size_, bytes.spare(), '\0');
    return bytes;
 }
 

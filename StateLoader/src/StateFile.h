@@ -9,7 +9,14 @@
 
 namespace StateLoader {
 
-// A file's bytes in a buffer with room to spare after them.
+// A file's bytes with room to spare after them: the file mapped into memory, or read into a
+// buffer when it cannot be mapped with that room.
+// Unmaps a mapping (of `mappedLength` bytes) or deletes a buffer.
+struct ReleaseFileBytes {
+   std::size_t mappedLength = 0;
+   void operator()(char const* data) const noexcept;
+};
+
 class FileBytes {
  public:
    std::string_view text() const noexcept { return {data_.get(), size_}; }
@@ -18,7 +25,7 @@ class FileBytes {
  private:
    friend FileBytes readStateFile(std::string const& path, std::size_t padding);
 
-   std::unique_ptr<char[]> data_;
+   std::unique_ptr<char const[], ReleaseFileBytes> data_;
    std::size_t size_ = 0;
    std::size_t capacity_ = 0;
 };
