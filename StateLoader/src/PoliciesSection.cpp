@@ -6,6 +6,7 @@
 #include "ActionsReader.h"
 #include "FilterReader.h"
 #include "Members.h"
+#include "ParallelMembers.h"
 #include "Sections.h"
 #include "StateError.h"
 #include "TextValues.h"
@@ -88,16 +89,23 @@ constexpr std::array kPolicyMembers = {
 }  // namespace
 
 void readTrafficPolicies(Node const& node, DeviceState& state) {
-   forEachMember(node, [&state](std::string_view key, Node const& value) {
-      auto const name = checkedName(key, "policy name", value.where);
-      auto contents = Kel::make<PolicyMapSubConfig>(name);
-      readMembers(value, kPolicyMembers, *contents);
-      auto policy = Kel::make<PolicyMap::PolicyMapConfig>(name);
-      policy->currCfgIs(std::move(contents));
-      if (!insertedNew(state.config->policyMapConfig(), name, std::move(policy))) {
-         failDuplicateKey(value.where, key);
-      }
-   });
+   forEachMemberInParallel(
+       node,
+       [](std::string_view key, Node const& value) {
+          auto const name = checkedName(key, "policy name", value.where);
+          auto contents = Kel::make<PolicyMapSubConfig>(name);
+          readMembers(value, kPolicyMembers, *contents);
+          auto policy = Kel::make<PolicyMap::PolicyMapConfig>(name);
+          policy->currCfgIs(std::move(contents));
+          return policy;
+       },
+       [&state](std::string_view key, Node const& value,
+                Kel::Ptr<PolicyMap::PolicyMapConfig> policy) {
+          auto const name = policy->name();
+          if (!insertedNew(state.config->policyMapConfig(), name, std::move(policy))) {
+             failDuplicateKey(value.where, key);
+          }
+       });
 }
 
 }  // namespace StateLoader

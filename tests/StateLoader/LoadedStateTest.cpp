@@ -3,6 +3,7 @@
 // read into the wrong collection would still load without complaint.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <functional>
@@ -15,8 +16,8 @@
 #include "PolicyMap/CounterStatusReader.h"
 #include "StateLoader/Loader.h"
 #include "TapAgg/Actions.h"
-#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
+#include "support/TempStateFiles.h"
 
 namespace {
 
@@ -61,7 +62,6 @@ class LoadedState : public testing::Test {
 
    std::filesystem::path const& folder() const { return files_.folder(); }
 
- private:
    testing_support::TempStateFiles files_;
 };
 
@@ -403,6 +403,20 @@ TEST_F(LoadedState, StateFromAPipeLoads) {
    writer.join();
    ASSERT_TRUE(loaded) << loaded.reason();
    EXPECT_EQ(loaded->allVrfConfig->vrf().size(), std::size_t{kVrfs});
+}
+
+// A regular file is mapped, and the parser reads a little past its end: a file ending right at a
+// page boundary, or just short of one, has to be read into a buffer instead.
+TEST_F(LoadedState, FilesEndingAtAnyPlaceInAPageLoad) {
+   std::string_view const state = R"({"vrfs": {"names": ["blue"]}})";
+   auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+   for (std::size_t const shortOfPage : {0, 1, 63, 64, 65, 200}) {
+      auto const text =
+          std::string(state) + std::string(2 * page - shortOfPage - state.size(), ' ');
+      auto const loaded = StateLoader::loadState(files_.write("state.json", text));
+      ASSERT_TRUE(loaded) << shortOfPage << ": " << loaded.reason();
+      EXPECT_EQ(loaded->allVrfConfig->vrf().size(), 1u) << shortOfPage;
+   }
 }
 
 // Counters are read through the reader that the show library picks from the hardware flag: the

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "StateLoader/Loader.h"
-#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
+#include "support/TempStateFiles.h"
 
 namespace {
 
@@ -329,6 +329,43 @@ TEST(RejectedStates, EveryCutOfTheLabStateIsLocated) {
       ASSERT_FALSE(loaded) << "cut at " << cut;
       EXPECT_NE(loaded.reason().find(cut == 0 ? "the file is empty" : "(line "), std::string::npos)
           << "cut at " << cut << ": " << loaded.reason();
+   }
+}
+
+// Policies are read by several threads, each stopping at its first fault; the file must still be
+// refused for the first problem in document order, whether a policy's own fault or a name given
+// twice, wherever the threads happen to be.
+TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
+   constexpr int kPolicies = 400;
+   struct OrderCase {
+      std::string_view name;
+      int brokenPolicy;  // its rules are not an object
+      int repeatedAt;    // where "p0" is given a second time
+      std::string expected;
+   };
+   OrderCase const cases[] = {
+       {"early fault before a late one", 10, kPolicies,
+        "/trafficPolicies/p10/rules: expected an object, found a number"},
+       {"the earlier of two late faults", 390, kPolicies,
+        "/trafficPolicies/p390/rules: expected an object, found a number"},
+       {"repeated name before a fault", 300, 200, R"(/trafficPolicies/p0: duplicate key "p0")"},
+       {"fault before a repeated name", 150, 350,
+        "/trafficPolicies/p150/rules: expected an object, found a number"},
+   };
+   TempStateFiles const files;
+   for (OrderCase const& row : cases) {
+      std::string text = R"({"trafficPolicies": {)";
+      for (int policy = 0; policy < kPolicies; ++policy) {
+         auto const name = policy == row.repeatedAt ? 0 : policy;
+         text += (policy ? ", \"p" : "\"p") + std::to_string(name) + "\": ";
+         text += policy == row.brokenPolicy || policy == kPolicies - 5 ? R"({"rules": 1})" : "{}";
+      }
+      text += "}}";
+      testing_support::parseJson(text);
+      auto const path = files.write("state.json", text);
+      auto const loaded = StateLoader::loadState(path);
+      ASSERT_FALSE(loaded) << row.name;
+      EXPECT_EQ(loaded.reason(), path + ": " + row.expected) << row.name;
    }
 }
 

@@ -9,9 +9,9 @@ namespace Kel {
 
 class PtrInterface {
  public:
-   PtrInterface() noexcept;
+   PtrInterface() noexcept = default;
    // A copy is a new object: it starts without references.
-   PtrInterface(PtrInterface const&) noexcept;
+   PtrInterface(PtrInterface const&) noexcept {}
    PtrInterface& operator=(PtrInterface const&) noexcept { return *this; }
    virtual ~PtrInterface();
 
@@ -23,8 +23,5 @@ class PtrInterface {
  private:
    mutable std::atomic<std::uint32_t> references_{0};
 };
-
-// Entities alive right now: allocation tracking for leak checks in tests and diagnostics.
-std::uint64_t liveEntityCount() noexcept;
 
 }  // namespace Kel

@@ -1,0 +1,11 @@
+#include "ParallelMembers.h"
+
+namespace StateLoader::detail {
+
+unsigned readingThreads(std::size_t members) {
+   auto const processors = std::max(1u, std::thread::hardware_concurrency());
+   auto const useful = std::max<std::size_t>(1, members / kMembersPerThread);
+   return static_cast<unsigned>(std::min<std::size_t>({processors, kMaxThreads, useful}));
+}
+
+}  // namespace StateLoader::detail
