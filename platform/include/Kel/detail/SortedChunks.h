@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <memory>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -22,8 +23,13 @@ namespace Kel::detail {
 template <typename Value, typename KeyOf>
 class SortedChunks {
    using Chunk = std::vector<Value>;
-   using Chunks = std::vector<Chunk>;
    static constexpr std::size_t kChunkCapacity = 128;
+
+   // The chunks after the first, which only large collections have.
+   struct MoreChunks {
+      std::vector<Chunk> chunks;
+      std::size_t size = 0;  // of the whole collection
+   };
 
    // A place in the collection; the end is {number of chunks, 0}, every other place has
    // position < the size of its chunk.
@@ -37,9 +43,24 @@ class SortedChunks {
    using value_type = Value;
    using size_type = std::size_t;
 
+   SortedChunks() = default;
+   SortedChunks(SortedChunks const& other) : first_(other.first_) {
+      if (other.more_) {
+         more_ = std::make_unique<MoreChunks>(*other.more_);
+      }
+   }
+   SortedChunks& operator=(SortedChunks const& other) {
+      if (this != &other) {
+         *this = SortedChunks(other);
+      }
+      return *this;
+   }
+   SortedChunks(SortedChunks&&) noexcept = default;
+   SortedChunks& operator=(SortedChunks&&) noexcept = default;
+
    template <bool isConst>
    class Iterator {
-      using ChunksRef = std::conditional_t<isConst, Chunks const*, Chunks*>;
+      using Owner = std::conditional_t<isConst, SortedChunks const*, SortedChunks*>;
 
     public:
       using iterator_category = std::bidirectional_iterator_tag;
@@ -51,12 +72,12 @@ class SortedChunks {
       Iterator() = default;
       template <bool otherConst>
       requires(isConst && !otherConst) Iterator(Iterator<otherConst> const& other)
-          : chunks_(other.chunks_), place_(other.place_) {}
+          : owner_(other.owner_), place_(other.place_) {}
 
-      reference operator*() const { return (*chunks_)[place_.chunk][place_.position]; }
+      reference operator*() const { return owner_->chunk(place_.chunk)[place_.position]; }
       pointer operator->() const { return &**this; }
       Iterator& operator++() {
-         if (++place_.position == (*chunks_)[place_.chunk].size()) {
+         if (++place_.position == owner_->chunk(place_.chunk).size()) {
             ++place_.chunk;
             place_.position = 0;
          }
@@ -69,7 +90,7 @@ class SortedChunks {
       }
       Iterator& operator--() {
          if (place_.position == 0) {
-            place_.position = (*chunks_)[--place_.chunk].size();
+            place_.position = owner_->chunk(--place_.chunk).size();
          }
          --place_.position;
          return *this;
@@ -87,26 +108,26 @@ class SortedChunks {
     private:
       friend class SortedChunks;
       friend class Iterator<true>;
-      Iterator(ChunksRef chunks, Place place) : chunks_(chunks), place_(place) {}
+      Iterator(Owner owner, Place place) : owner_(owner), place_(place) {}
 
-      ChunksRef chunks_ = nullptr;
+      Owner owner_ = nullptr;
       Place place_;
    };
    using iterator = Iterator<false>;
    using const_iterator = Iterator<true>;
 
-   std::size_t size() const noexcept { return size_; }
-   bool empty() const noexcept { return size_ == 0; }
+   std::size_t size() const noexcept { return more_ ? more_->size : first_.size(); }
+   bool empty() const noexcept { return first_.empty(); }
 
-   iterator begin() noexcept { return {&chunks_, {}}; }
-   iterator end() noexcept { return {&chunks_, endPlace()}; }
-   const_iterator begin() const noexcept { return {&chunks_, {}}; }
-   const_iterator end() const noexcept { return {&chunks_, endPlace()}; }
+   iterator begin() noexcept { return {this, {}}; }
+   iterator end() noexcept { return {this, endPlace()}; }
+   const_iterator begin() const noexcept { return {this, {}}; }
+   const_iterator end() const noexcept { return {this, endPlace()}; }
 
-   const_iterator lower_bound(key_type const& key) const { return {&chunks_, lowerBound(key)}; }
-   const_iterator upper_bound(key_type const& key) const { return {&chunks_, upperBound(key)}; }
-   iterator find(key_type const& key) { return {&chunks_, findPlace(key)}; }
-   const_iterator find(key_type const& key) const { return {&chunks_, findPlace(key)}; }
+   const_iterator lower_bound(key_type const& key) const { return {this, lowerBound(key)}; }
+   const_iterator upper_bound(key_type const& key) const { return {this, upperBound(key)}; }
+   iterator find(key_type const& key) { return {this, findPlace(key)}; }
+   const_iterator find(key_type const& key) const { return {this, findPlace(key)}; }
    bool contains(key_type const& key) const { return !atEnd(findPlace(key)); }
 
    std::size_t erase(key_type const& key) {
@@ -117,53 +138,73 @@ class SortedChunks {
       eraseAt(place);
       return 1;
    }
-   iterator erase(const_iterator position) { return {&chunks_, eraseAt(position.place_)}; }
+   iterator erase(const_iterator position) { return {this, eraseAt(position.place_)}; }
    void clear() noexcept {
-      chunks_.clear();
-      size_ = 0;
+      first_.clear();
+      more_.reset();
    }
 
  protected:
    // The entry with the key, and whether make() had to create it.
    template <typename Make>
    std::pair<iterator, bool> findOrInsert(key_type const& key, Make&& make) {
-      if (chunks_.empty() || less(keyOf(chunks_.back().back()), key)) {
-         return {iterator(&chunks_, insertAt(endPlace(), make())), true};
+      if (empty() || less(keyOf(lastChunk().back()), key)) {
+         return {iterator(this, insertAt(endPlace(), make())), true};
       }
       auto const place = lowerBound(key);
       if (!atEnd(place) && !less(key, keyAt(place))) {
-         return {iterator(&chunks_, place), false};
+         return {iterator(this, place), false};
       }
-      return {iterator(&chunks_, insertAt(place, make())), true};
+      return {iterator(this, insertAt(place, make())), true};
    }
 
  private:
    static bool less(key_type const& left, key_type const& right) { return left < right; }
    static key_type const& keyOf(Value const& value) { return KeyOf{}(value); }
-   key_type const& keyAt(Place place) const { return keyOf(chunks_[place.chunk][place.position]); }
-   Place endPlace() const noexcept { return {chunks_.size(), 0}; }
-   bool atEnd(Place place) const noexcept { return place.chunk == chunks_.size(); }
+
+   // Chunk 0 lives in the collection itself, so that a small collection is one allocation.
+   std::size_t chunkCount() const noexcept {
+      return empty() ? 0 : 1 + (more_ ? more_->chunks.size() : 0);
+   }
+   Chunk const& chunk(std::size_t index) const noexcept {
+      return index == 0 ? first_ : more_->chunks[index - 1];
+   }
+   Chunk& chunk(std::size_t index) noexcept {
+      return index == 0 ? first_ : more_->chunks[index - 1];
+   }
+   Chunk& lastChunk() noexcept { return chunk(chunkCount() - 1); }
+
+   key_type const& keyAt(Place place) const { return keyOf(chunk(place.chunk)[place.position]); }
+   Place endPlace() const noexcept { return {chunkCount(), 0}; }
+   bool atEnd(Place place) const noexcept { return place.chunk == chunkCount(); }
 
    // The first place whose key is not `before` the key: lower bound with "less than", upper bound
    // with "not greater than".
    template <typename Before>
    Place bound(key_type const& key, Before before) const {
-      if (chunks_.empty()) {
+      auto const count = chunkCount();
+      if (count == 0) {
          return endPlace();
       }
       // The place lies in the first chunk whose last key is not before the key, or else at the
       // end of the last chunk; a single chunk (most collections) needs no search for it.
-      auto const chunk =
-          std::partition_point(chunks_.begin(), chunks_.end() - 1,
-                               [&](Chunk const& c) { return before(keyOf(c.back()), key); });
+      std::size_t low = 0;
+      for (std::size_t high = count - 1; low < high;) {
+         auto const middle = low + (high - low) / 2;
+         if (before(keyOf(chunk(middle).back()), key)) {
+            low = middle + 1;
+         } else {
+            high = middle;
+         }
+      }
+      auto const& found = chunk(low);
       auto const position =
-          std::partition_point(chunk->begin(), chunk->end(),
+          std::partition_point(found.begin(), found.end(),
                                [&](Value const& value) { return before(keyOf(value), key); });
-      if (position == chunk->end()) {
+      if (position == found.end()) {
          return endPlace();
       }
-      return {static_cast<std::size_t>(chunk - chunks_.begin()),
-              static_cast<std::size_t>(position - chunk->begin())};
+      return {low, static_cast<std::size_t>(position - found.begin())};
    }
    Place lowerBound(key_type const& key) const {
       return bound(key, [](key_type const& entry, key_type const& k) { return less(entry, k); });
@@ -176,52 +217,84 @@ class SortedChunks {
       return atEnd(place) || less(key, keyAt(place)) ? endPlace() : place;
    }
 
+   void sizeChangedBy(std::ptrdiff_t change) noexcept {
+      if (more_) {
+         more_->size = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(more_->size) + change);
+      }
+   }
+
    Place insertAt(Place place, Value value) {
-      ++size_;
+      sizeChangedBy(1);
       if (atEnd(place)) {
          // Past the last key: append to the last chunk, or open a new one when it is full.
-         if (chunks_.empty() || chunks_.back().size() == kChunkCapacity) {
-            chunks_.emplace_back().push_back(std::move(value));
-            return {chunks_.size() - 1, 0};
+         if (empty() || lastChunk().size() < kChunkCapacity) {
+            auto& last = empty() ? first_ : lastChunk();
+            last.push_back(std::move(value));
+            return {chunkCount() - 1, last.size() - 1};
          }
-         chunks_.back().push_back(std::move(value));
-         return {chunks_.size() - 1, chunks_.back().size() - 1};
+         Chunk opened;
+         opened.push_back(std::move(value));
+         addChunk(chunkCount(), std::move(opened));
+         return {chunkCount() - 1, 0};
       }
-      auto& chunk = chunks_[place.chunk];
-      chunk.insert(chunk.begin() + static_cast<std::ptrdiff_t>(place.position), std::move(value));
-      if (chunk.size() <= kChunkCapacity) {
+      auto& target = chunk(place.chunk);
+      target.insert(target.begin() + static_cast<std::ptrdiff_t>(place.position), std::move(value));
+      if (target.size() <= kChunkCapacity) {
          return place;
       }
       return split(place);
    }
 
+   // Puts a chunk at `index` (from 1 up), moving the later ones along.
+   void addChunk(std::size_t index, Chunk added) {
+      if (!more_) {
+         more_ = std::make_unique<MoreChunks>();
+         more_->size = first_.size() + added.size();
+      }
+      more_->chunks.insert(more_->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1),
+                           std::move(added));
+   }
+
    // Moves the upper half of an overfull chunk into a new chunk after it.
    Place split(Place place) {
-      auto const half = chunks_[place.chunk].size() / 2;
+      auto& lower = chunk(place.chunk);
+      auto const half = lower.size() / 2;
       Chunk upper;
       upper.reserve(kChunkCapacity);
-      auto& lower = chunks_[place.chunk];
       std::move(lower.begin() + static_cast<std::ptrdiff_t>(half), lower.end(),
                 std::back_inserter(upper));
       lower.resize(half);
-      chunks_.insert(chunks_.begin() + static_cast<std::ptrdiff_t>(place.chunk) + 1,
-                     std::move(upper));
+      addChunk(place.chunk + 1, std::move(upper));
       return place.position < half ? place : Place{place.chunk + 1, place.position - half};
    }
 
    Place eraseAt(Place place) {
-      --size_;
-      auto& chunk = chunks_[place.chunk];
-      chunk.erase(chunk.begin() + static_cast<std::ptrdiff_t>(place.position));
-      if (chunk.empty()) {
-         chunks_.erase(chunks_.begin() + static_cast<std::ptrdiff_t>(place.chunk));
+      sizeChangedBy(-1);
+      auto& target = chunk(place.chunk);
+      target.erase(target.begin() + static_cast<std::ptrdiff_t>(place.position));
+      if (target.empty()) {
+         removeEmptyChunk(place.chunk);
          return {place.chunk, 0};
       }
-      return place.position == chunk.size() ? Place{place.chunk + 1, 0} : place;
+      return place.position == target.size() ? Place{place.chunk + 1, 0} : place;
    }
 
-   Chunks chunks_;
-   std::size_t size_ = 0;
+   void removeEmptyChunk(std::size_t index) {
+      if (!more_) {
+         return;  // the collection is now empty
+      }
+      if (index == 0) {
+         first_ = std::move(more_->chunks.front());
+         index = 1;
+      }
+      more_->chunks.erase(more_->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1));
+      if (more_->chunks.empty()) {
+         more_.reset();
+      }
+   }
+
+   Chunk first_;
+   std::unique_ptr<MoreChunks> more_;
 };
 
 struct KeyOfEntry {
