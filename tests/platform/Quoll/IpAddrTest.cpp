@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <sstream>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
@@ -62,6 +63,20 @@ TEST(IpAddrParse, AcceptedTextGivesCanonicalTextThatReadsBack) {
    }
 }
 
+// Every octet value in every place, through the quick reading of well-formed text.
+TEST(IpAddrParse, EveryOctetValueReadsBackInEveryPlace) {
+   for (unsigned value = 0; value <= 255; ++value) {
+      auto const octet = std::to_string(value);
+      std::string const texts[] = {octet + ".1.2.3", "1." + octet + ".2.3", "1.2." + octet + ".3",
+                                   "1.2.3." + octet};
+      for (auto const& text : texts) {
+         auto const parsed = IpAddr::parse(text);
+         ASSERT_TRUE(parsed) << text << ": " << parsed.reason();
+         EXPECT_EQ(parsed->stringValue(), text);
+      }
+   }
+}
+
 struct RefusedCase {
    std::string_view text;
    std::string_view reason;
@@ -77,6 +92,9 @@ constexpr RefusedCase kRefusedCases[] = {
     {"1..3.4", "empty octet"},
     {"1.2.3.", "empty octet"},
     {"01.2.3.4", "octet \"01\" has a leading zero"},
+    {"1.2.00.4", "octet \"00\" has a leading zero"},
+    {"1.2.3.256", "octet 256 out of range"},
+    {"1.2.3.4.", "expected 4 octets, found 5"},
     {"1.2.3.a", "invalid character 'a'"},
     {"1.2.3.4 ", "invalid character ' '"},
     {"+1.2.3.4", "invalid character '+'"},
