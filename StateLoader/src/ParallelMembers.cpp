@@ -1,4 +1,8 @@
+// How many threads read an object's members: one per processor, as far as the members keep
+// them busy.
 #include "ParallelMembers.h"
+
+#include <algorithm>
 
 namespace StateLoader::detail {
 

@@ -6,7 +6,6 @@
 // with the same place, as a reading on one thread would give.
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <exception>
@@ -47,8 +46,7 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
    // Members after a failed one are not read: the walk in order stops at the first fault.
    std::atomic<std::size_t> firstFault{members.size()};
    auto const readMembers = [&] {
-      for (auto index = next++; index < std::min(members.size(), firstFault.load());
-           index = next++) {
+      for (auto index = next++; index < firstFault.load(); index = next++) {
          Where const where = object.where.member(members[index].first);
          try {
             results[index] = read(members[index].first, Node{members[index].second, where});

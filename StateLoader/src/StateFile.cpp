@@ -19,6 +19,14 @@
 
 namespace StateLoader {
 
+void ReleaseFileBytes::operator()(char const* data) const noexcept {
+   if (mappedLength != 0) {
+      ::munmap(const_cast<char*>(data), mappedLength);
+   } else {
+      delete[] data;
+   }
+}
+
 namespace {
 
 constexpr std::size_t kMinimumBuffer = 1 << 16;
@@ -65,27 +73,14 @@ std::size_t pageRounded(std::size_t size) {
    return (size + page - 1) / page * page;
 }
 
-}  // namespace
-
-void ReleaseFileBytes::operator()(char const* data) const noexcept {
-   if (mappedLength != 0) {
-      ::munmap(const_cast<char*>(data), mappedLength);
-   } else {
-      delete[] data;
-   }
-}
-
-namespace {
-
 // The whole file mapped, or nothing when it cannot be mapped with `padding` bytes after it.
-std::unique_ptr<char const[], ReleaseFileBytes> mapped(OpenFile const& file, std::size_t size,
-                                                         std::size_t padding) {
+std::unique_ptr<char const [], ReleaseFileBytes> mapped(OpenFile const& file, std::size_t size,
+                                                        std::size_t padding) {
    auto const length = pageRounded(size);
    if (size == 0 || length - size < padding) {
       return {};
    }
-   void* const data =
-       ::mmap(nullptr, length, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.fd(), 0);
+   void* const data = ::mmap(nullptr, length, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.fd(), 0);
    if (data == MAP_FAILED) {
       return {};
    }

@@ -9,14 +9,14 @@
 
 namespace StateLoader {
 
-// A file's bytes with room to spare after them: the file mapped into memory, or read into a
-// buffer when it cannot be mapped with that room.
 // Unmaps a mapping (of `mappedLength` bytes) or deletes a buffer.
 struct ReleaseFileBytes {
    std::size_t mappedLength = 0;
    void operator()(char const* data) const noexcept;
 };
 
+// A file's bytes with room to spare after them: the file mapped into memory, or read into a
+// buffer when it cannot be mapped with that room.
 class FileBytes {
  public:
    std::string_view text() const noexcept { return {data_.get(), size_}; }

@@ -32,7 +32,7 @@ class LoadedState : public testing::Test {
    // The text is JSON to an independent parser too, so that a refusal here is about content.
    DeviceState load(std::string_view text) const {
       testing_support::parseJson(std::string(text));
-      auto loaded = StateLoader::loadState(files_.write("state.json", text));
+      auto loaded = StateLoader::loadState(written(text));
       if (!loaded) {
          throw std::runtime_error(loaded.reason());
       }
@@ -61,7 +61,10 @@ class LoadedState : public testing::Test {
    }
 
    std::filesystem::path const& folder() const { return files_.folder(); }
+   // Writes the text as the state file and returns its path.
+   std::string written(std::string_view text) const { return files_.write("state.json", text); }
 
+ private:
    testing_support::TempStateFiles files_;
 };
 
@@ -413,7 +416,7 @@ TEST_F(LoadedState, FilesEndingAtAnyPlaceInAPageLoad) {
    for (std::size_t const shortOfPage : {0, 1, 63, 64, 65, 200}) {
       auto const text =
           std::string(state) + std::string(2 * page - shortOfPage - state.size(), ' ');
-      auto const loaded = StateLoader::loadState(files_.write("state.json", text));
+      auto const loaded = StateLoader::loadState(written(text));
       ASSERT_TRUE(loaded) << shortOfPage << ": " << loaded.reason();
       EXPECT_EQ(loaded->allVrfConfig->vrf().size(), 1u) << shortOfPage;
    }

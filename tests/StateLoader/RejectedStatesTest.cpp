@@ -337,6 +337,8 @@ TEST(RejectedStates, EveryCutOfTheLabStateIsLocated) {
 // twice, wherever the threads happen to be.
 TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
    constexpr int kPolicies = 400;
+   // Broken in every file: a late fault that any earlier problem must win over.
+   constexpr int kAlwaysBroken = kPolicies - 5;
    struct OrderCase {
       std::string_view name;
       int brokenPolicy;  // its rules are not an object
@@ -358,7 +360,7 @@ TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
       for (int policy = 0; policy < kPolicies; ++policy) {
          auto const name = policy == row.repeatedAt ? 0 : policy;
          text += (policy ? ", \"p" : "\"p") + std::to_string(name) + "\": ";
-         text += policy == row.brokenPolicy || policy == kPolicies - 5 ? R"({"rules": 1})" : "{}";
+         text += policy == row.brokenPolicy || policy == kAlwaysBroken ? R"({"rules": 1})" : "{}";
       }
       text += "}}";
       testing_support::parseJson(text);
