@@ -9,10 +9,13 @@
 // malformed bytes become U+FFFD.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -33,6 +36,46 @@ inline constexpr auto kNeedsEscape = [] {
    }
    return table;
 }();
+
+// Whether any byte of `text` must be escaped, eight bytes at a time: keys and names are short and
+// almost never need it. A string of 4 to 7 bytes is read as two words that overlap, and the last
+// word of a longer one ends at its last byte, so no byte is looked at alone past the third.
+inline bool needsEscape(std::string_view text) noexcept {
+   constexpr std::uint64_t kOnes = 0x0101010101010101;
+   constexpr std::uint64_t kHighs = 0x8080808080808080;
+   // Nonzero when a byte is below `limit` (at most 0x80).
+   auto anyBelow = [](std::uint64_t word, unsigned limit) {
+      return (word - kOnes * limit) & ~word & kHighs;
+   };
+   auto anyEqual = [&](std::uint64_t word, unsigned char byte) {
+      return anyBelow(word ^ (kOnes * byte), 1);
+   };
+   auto escaped = [&](std::uint64_t word) {
+      return ((word & kHighs) | anyBelow(word, 0x20) | anyEqual(word, '"') |
+              anyEqual(word, '\\')) != 0;
+   };
+   auto const size = text.size();
+   char const* const data = text.data();
+   if (size < 4) {
+      return std::ranges::any_of(
+          text, [](char c) { return kNeedsEscape[static_cast<unsigned char>(c)]; });
+   }
+   // Short strings fill the word's upper half with blanks, which need no escaping.
+   auto load = [data](std::size_t at, std::size_t bytes) {
+      std::uint64_t word = kOnes * ' ';
+      std::memcpy(&word, data + at, bytes);
+      return word;
+   };
+   if (size < 8) {
+      return escaped(load(0, 4)) || escaped(load(size - 4, 4));
+   }
+   for (std::size_t at = 0; at + 8 < size; at += 8) {
+      if (escaped(load(at, 8))) {
+         return true;
+      }
+   }
+   return escaped(load(size - 8, 8));
+}
 }  // namespace detail
 
 template <typename T>
@@ -67,7 +110,15 @@ class Renderer {
    }
    template <std::signed_integral T>
    void writeString(T) = delete;
-   void writeString(Strix::JustifyLeft<char const*> const& padded);
+   void writeString(Strix::JustifyLeft<char const*> const& padded) {
+      if (isText()) {
+         std::string_view const value(padded.value ? padded.value : "");
+         buffer_.append(value);
+         if (value.size() < padded.width) {
+            buffer_.appendFill(padded.fill, padded.width - value.size());
+         }
+      }
+   }
    void writeString(Quoll::IpGenPrefix const& prefix) {
       if (isText()) {
          appendPrefix(prefix);
@@ -163,11 +214,31 @@ class Renderer {
          buffer_.append(',');
       }
    }
-   void openKeyed(std::string_view key, char bracket) {
-      if (isJson()) {
+   // The separator, the quoted key and its colon; in one piece of the buffer when the key needs
+   // no escaping, as nearly every key does.
+   void startKey(std::string_view key) {
+      constexpr std::size_t kFrame = 4;  // comma, two quotes, colon
+      if (key.size() > VellumBuffer::kMaxReserve - kFrame || detail::needsEscape(key)) {
          separate();
          appendQuoted(key);
          buffer_.append(':');
+         return;
+      }
+      char* const start = buffer_.reserve(key.size() + kFrame);
+      char* out = start;
+      if (!first_) {
+         *out++ = ',';
+      }
+      *out++ = '"';
+      std::memcpy(out, key.data(), key.size());
+      out += key.size();
+      *out++ = '"';
+      *out++ = ':';
+      buffer_.commit(static_cast<std::size_t>(out - start));
+   }
+   void openKeyed(std::string_view key, char bracket) {
+      if (isJson()) {
+         startKey(key);
          buffer_.append(bracket);
          first_ = true;
       }
@@ -183,12 +254,12 @@ class Renderer {
       if (!isJson()) {
          return false;
       }
-      separate();
-      first_ = false;
-      if (!key.empty()) {
-         appendQuoted(key);
-         buffer_.append(':');
+      if (key.empty()) {
+         separate();
+      } else {
+         startKey(key);
       }
+      first_ = false;
       return true;
    }
 
@@ -204,19 +275,25 @@ class Renderer {
       buffer_.commit(prefix.format(start));
    }
    void appendQuoted(std::string_view text) {
-      buffer_.append('"');
-      appendEscaped(text);
-      buffer_.append('"');
+      constexpr std::size_t kQuotes = 2;
+      if (text.size() > VellumBuffer::kMaxReserve - kQuotes || detail::needsEscape(text)) {
+         buffer_.append('"');
+         appendEscaped(text);
+         buffer_.append('"');
+         return;
+      }
+      char* const out = buffer_.reserve(text.size() + kQuotes);
+      out[0] = '"';
+      std::memcpy(out + 1, text.data(), text.size());
+      out[text.size() + 1] = '"';
+      buffer_.commit(text.size() + kQuotes);
    }
    void appendEscaped(std::string_view text) {
-      for (std::size_t i = 0; i < text.size(); ++i) {
-         if (detail::kNeedsEscape[static_cast<unsigned char>(text[i])]) [[unlikely]] {
-            buffer_.append(text.substr(0, i));
-            appendEscapedSlow(text.substr(i));
-            return;
-         }
+      if (detail::needsEscape(text)) [[unlikely]] {
+         appendEscapedSlow(text);
+      } else {
+         buffer_.append(text);
       }
-      buffer_.append(text);
    }
    void appendEscapedSlow(std::string_view text);
 

@@ -38,7 +38,14 @@ class VellumBuffer {
       }
       data_[used_++] = c;
    }
-   void appendFill(char fill, std::size_t count);
+   void appendFill(char fill, std::size_t count) {
+      if (count <= capacity_ - used_) [[likely]] {
+         std::memset(data_.get() + used_, fill, count);
+         used_ += count;
+      } else {
+         appendFillSlow(fill, count);
+      }
+   }
 
    // Room for `size` bytes (at most kMaxReserve) to format into; commit() says how many were used.
    static constexpr std::size_t kMaxReserve = 256;
@@ -56,6 +63,7 @@ class VellumBuffer {
 
  private:
    void appendSlow(std::string_view text);
+   void appendFillSlow(char fill, std::size_t count);
    void writeAll(char const* data, std::size_t size);
 
    int fd_;

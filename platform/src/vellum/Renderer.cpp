@@ -1,5 +1,5 @@
-// The out-of-line parts of the renderer: string escaping past the fast path, padded text, and
-// the buffered-only construction of RendererV2.
+// The out-of-line parts of the renderer: string escaping past the fast path and the buffered-only
+// construction of RendererV2.
 #include "vellum/Renderer.h"
 
 #include "Kel/Assert.h"
@@ -86,17 +86,6 @@ void Renderer::appendEscapedSlow(std::string_view text) {
          buffer_.append(std::string_view(control, sizeof control));
          ++i;
       }
-   }
-}
-
-void Renderer::writeString(Strix::JustifyLeft<char const*> const& padded) {
-   if (!isText()) {
-      return;
-   }
-   std::string_view const value(padded.value ? padded.value : "");
-   buffer_.append(value);
-   if (value.size() < padded.width) {
-      buffer_.appendFill(padded.fill, padded.width - value.size());
    }
 }
 

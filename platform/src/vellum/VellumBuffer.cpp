@@ -70,7 +70,7 @@ VellumBuffer::~VellumBuffer() noexcept(false) {
    flush();
 }
 
-void VellumBuffer::appendFill(char fill, std::size_t count) {
+void VellumBuffer::appendFillSlow(char fill, std::size_t count) {
    while (count > 0) {
       if (used_ == capacity_) {
          flush();

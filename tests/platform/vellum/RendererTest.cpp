@@ -177,6 +177,26 @@ TEST(RendererEscaping, ParsedStringsEqualTheirSource) {
    }
 }
 
+// Strings are checked for escaping a word at a time: a byte that needs it must be seen in every
+// place of a word and of the bytes after the last whole word, in keys and in values.
+TEST(RendererEscaping, EveryPlaceOfAnEscapedByteIsSeen) {
+   for (char const special : {'"', '\\', '\x01', '\x1f', '\xff'}) {
+      for (std::size_t length = 1; length <= 19; ++length) {
+         for (std::size_t place = 0; place < length; ++place) {
+            std::string text(length, ' ');
+            text[place] = special;
+            auto const document = render(
+                OutputFormat_t::json, [&](RendererV2& r) { r._addJsonKeyValuePair(text, text); });
+            auto expected = text;
+            if (special == '\xff') {
+               expected.replace(place, 1, "\ufffd");
+            }
+            EXPECT_EQ(parseJson(document).at(expected).get<std::string>(), expected) << document;
+         }
+      }
+   }
+}
+
 TEST(RendererEscaping, LongStringsCrossingTheBufferAreIntact) {
    std::string text(3 * 1048576 + 17, 'x');
    for (std::size_t i = 0; i < text.size(); i += 4099) {
