@@ -8,6 +8,7 @@
 #include "Choice.h"
 #include "CountersReader.h"
 #include "Members.h"
+#include "ParallelMembers.h"
 #include "Sections.h"
 #include "StateError.h"
 #include "TextValues.h"
@@ -122,28 +123,43 @@ struct DirectionTarget {
    bool sharedMemoryCounters;
 };
 
-void readPolicyStatus(Node const& value, Kel::String const& name, DirectionTarget& target) {
-   auto status = Kel::make<PolicyMapStatus>(name);
-   auto table =
-       target.sharedMemoryCounters ? Kel::make<PolicyMap::Counters::PolicyMapCounters>() : nullptr;
+// One policy's status with its counter table, when the platform keeps counters in one.
+struct ReadPolicyStatus {
+   Kel::Ptr<PolicyMapStatus> status;
+   Kel::Ptr<PolicyMap::Counters::PolicyMapCounters> table;
+};
+
+ReadPolicyStatus readPolicyStatus(Node const& value, Kel::String const& name,
+                                  bool sharedMemoryCounters) {
+   ReadPolicyStatus read{
+       Kel::make<PolicyMapStatus>(name),
+       sharedMemoryCounters ? Kel::make<PolicyMap::Counters::PolicyMapCounters>() : nullptr};
+   auto& [status, table] = read;
    PolicyStatusTarget policy{*status, table ? table->classCounter() : status->classCounter(),
                              table ? table->namedCounter() : status->namedCounter()};
    readMembers(value, kPolicyStatusMembers, policy);
-   if (table) {
-      target.direction.counterTable->policyMapCounters().insertOrAssign({name, ""},
-                                                                        std::move(table));
-   }
-   target.direction.status->policyMapStatus().insertOrAssign(name, std::move(status));
+   return read;
 }
 
+// Policies are read on every processor, as in the configuration, and entered in document order.
 void readPolicyStatuses(Node const& node, DirectionTarget& target) {
-   forEachMember(node, [&target](std::string_view key, Node const& value) {
-      auto const name = checkedName(key, "policy name", value.where);
-      if (target.direction.status->policyMapStatus().contains(name)) {
-         failDuplicateKey(value.where, key);
-      }
-      readPolicyStatus(value, name, target);
-   });
+   forEachMemberInParallel(
+       node,
+       [&target](std::string_view key, Node const& value) {
+          return readPolicyStatus(value, checkedName(key, "policy name", value.where),
+                                  target.sharedMemoryCounters);
+       },
+       [&target](std::string_view key, Node const& value, ReadPolicyStatus read) {
+          auto const name = read.status->name();
+          if (target.direction.status->policyMapStatus().contains(name)) {
+             failDuplicateKey(value.where, key);
+          }
+          if (read.table) {
+             target.direction.counterTable->policyMapCounters().insertOrAssign(
+                 {name, ""}, std::move(read.table));
+          }
+          target.direction.status->policyMapStatus().insertOrAssign(name, std::move(read.status));
+       });
 }
 
 constexpr std::array kDirectionMembers = {
