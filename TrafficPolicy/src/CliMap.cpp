@@ -1,4 +1,4 @@
-// The label-to-key table. It is small enough that a walk over it costs less than hashing.
+// The label-to-key table.
 #include "TrafficPolicyCli/CliMap.h"
 
 #include "Kel/Assert.h"
@@ -28,15 +28,6 @@ constinit CliMap const cliMap({{
     {"Set Traffic Class", "setTc"},
     {"802.1Q VLAN", "dot1qVlans"},
 }});
-
-char const* CliMap::operator[](std::string_view label) const noexcept {
-   for (auto const& row : rows_) {
-      if (row.label == label) {
-         return row.jsonName;
-      }
-   }
-   return nullptr;
-}
 
 char const* cliJsonName(std::string_view label) {
    char const* jsonName = cliMap[label];

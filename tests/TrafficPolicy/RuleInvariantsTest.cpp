@@ -160,4 +160,19 @@ TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
    }
 }
 
+// The table is searched by label length: every label finds its own key, and a label of a length
+// that several rows share, or of no row's length, finds none.
+TEST(CliMapLookup, EveryLabelFindsItsKeyAndNoOtherDoes) {
+   using TrafficPolicyCli::cliMap;
+   for (auto const& row : cliMap.rows()) {
+      EXPECT_STREQ(cliMap[row.label], row.jsonName) << row.label;
+   }
+   std::string_view const unknown[] = {
+       "", "ICMP kind", "Protocols", std::string_view("DSCP\0", 5),
+       "Destination prefix (longest prefix match) and more than sixty-three bytes of label"};
+   for (auto const label : unknown) {
+      EXPECT_EQ(cliMap[label], nullptr) << label;
+   }
+}
+
 }  // namespace

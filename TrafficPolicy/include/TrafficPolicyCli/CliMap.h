@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace TrafficPolicyCli {
@@ -13,18 +14,50 @@ struct CliMapRow {
    char const* jsonName;
 };
 
+// Renderers look a key up for nearly every line they write, so the rows are indexed by the length
+// of their label: a lookup compares the label with the two or three rows of its length only.
 class CliMap {
  public:
    static constexpr std::size_t kRows = 21;
+   static constexpr std::size_t kMaxLabelLength = 63;
 
-   constexpr explicit CliMap(std::array<CliMapRow, kRows> const& rows) : rows_(rows) {}
+   constexpr explicit CliMap(std::array<CliMapRow, kRows> const& rows) : rows_(rows) {
+      for (auto const& row : rows_) {
+         if (row.label.size() > kMaxLabelLength) {
+            throw "a cliMap label is longer than kMaxLabelLength";
+         }
+         ++firstOfLength_[row.label.size() + 1];
+      }
+      for (std::size_t length = 1; length < firstOfLength_.size(); ++length) {
+         firstOfLength_[length] += firstOfLength_[length - 1];
+      }
+      auto next = firstOfLength_;
+      for (std::size_t index = 0; index < kRows; ++index) {
+         byLength_[next[rows_[index].label.size()]++] = static_cast<std::uint8_t>(index);
+      }
+   }
 
    // The JSON key of a label, or null when the table has none.
-   char const* operator[](std::string_view label) const noexcept;
+   constexpr char const* operator[](std::string_view label) const noexcept {
+      if (label.size() > kMaxLabelLength) {
+         return nullptr;
+      }
+      for (auto place = firstOfLength_[label.size()]; place < firstOfLength_[label.size() + 1];
+           ++place) {
+         auto const& row = rows_[byLength_[place]];
+         if (row.label == label) {
+            return row.jsonName;
+         }
+      }
+      return nullptr;
+   }
    std::array<CliMapRow, kRows> const& rows() const noexcept { return rows_; }
 
  private:
    std::array<CliMapRow, kRows> rows_;
+   // Row numbers ordered by label length; those of length n start at firstOfLength_[n].
+   std::array<std::uint8_t, kRows> byLength_{};
+   std::array<std::uint8_t, kMaxLabelLength + 2> firstOfLength_{};
 };
 
 // Constant-initialised, so it is complete before any code of the library runs.
