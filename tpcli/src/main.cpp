@@ -16,8 +16,8 @@ void setAllocatorDefaults() {
    mi_option_set_default(mi_option_eager_commit_delay, 0);
 }
 
-[[gnu::section(".preinit_array"), gnu::used]] void (*const allocatorDefaults)() =
-    &setAllocatorDefaults;
+[[gnu::section(".preinit_array"),
+  gnu::used]] void (*const allocatorDefaults)() = &setAllocatorDefaults;
 
 }  // namespace
 #endif
