@@ -89,6 +89,12 @@ void Renderer::appendEscapedSlow(std::string_view text) {
    }
 }
 
+void Renderer::startEscapedKey(std::string_view key) {
+   separate();
+   appendQuoted(key);
+   buffer_.append(':');
+}
+
 RendererV2::RendererV2(OutputFormat_t format, VellumBuffer* buffer, bool buffered)
     : Renderer(format, buffer) {
    KEL_ASSERT(buffered && "This class doesn't support unbuffered writing");
