@@ -38,8 +38,8 @@ inline constexpr auto kNeedsEscape = [] {
 }();
 
 // Whether any byte of `text` must be escaped, eight bytes at a time: keys and names are short and
-// almost never need it. A string of 4 to 7 bytes is read as two words that overlap, and the last
-// word of a longer one ends at its last byte, so no byte is looked at alone past the third.
+// almost never need it. Below four bytes each byte is looked up; a string of 4 to 7 bytes is read
+// as two overlapping halves of a word, and the last word of a longer one ends at its last byte.
 inline bool needsEscape(std::string_view text) noexcept {
    constexpr std::uint64_t kOnes = 0x0101010101010101;
    constexpr std::uint64_t kHighs = 0x8080808080808080;
