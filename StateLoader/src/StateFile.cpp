@@ -126,7 +126,7 @@ FileBytes readStateFile(std::string const& path, std::size_t padding) {
    bytes.data_ = mapped(file, expected, padding);
    if (bytes.data_) {
       bytes.size_ = expected;
-      bytes.capacity_ = pageRounded(expected);
+      bytes.capacity_ = bytes.data_.get_deleter().mappedLength;
       return bytes;
    }
    bytes.capacity_ = std::max(expected + padding + 1, kMinimumBuffer);
