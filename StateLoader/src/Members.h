@@ -30,10 +30,13 @@ struct Member {
 // The value of one member, for the few keys that must be known before the others are read.
 std::optional<simdjson::dom::element> findMember(Node const& object, std::string_view key);
 
+// Writers put an object's keys in one order, usually the table's, so the search starts at
+// `start`, just after the key found last, and wraps around.
 template <typename Target, std::size_t N>
 std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::string_view key,
-                        Where const& where) {
-   for (std::size_t index = 0; index < N; ++index) {
+                        std::size_t start, Where const& where) {
+   for (std::size_t step = 0; step < N; ++step) {
+      auto const index = start + step < N ? start + step : start + step - N;
       if (members[index].key == key) {
          return index;
       }
@@ -49,9 +52,11 @@ template <typename Target, std::size_t N>
 void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target) {
    static_assert(N <= 64, "one bit of the seen mask per key");
    std::uint64_t seen = 0;
+   std::size_t next = 0;
    for (auto const [key, value] : asObject(object)) {
       Where const where = object.where.member(key);
-      std::size_t const index = memberIndex(members, key, where);
+      std::size_t const index = memberIndex(members, key, next, where);
+      next = index + 1 < N ? index + 1 : 0;
       std::uint64_t const bit = std::uint64_t{1} << index;
       if (seen & bit) {
          failDuplicateKey(where, key);

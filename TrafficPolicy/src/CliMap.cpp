@@ -29,10 +29,10 @@ constinit CliMap const cliMap({{
     {"802.1Q VLAN", "dot1qVlans"},
 }});
 
-char const* cliJsonName(std::string_view label) {
-   char const* jsonName = cliMap[label];
+std::string_view cliJsonName(std::string_view label) {
+   std::string_view const* jsonName = cliMap[label];
    KEL_ASSERT(!!jsonName && "Invalid mapping in cliMap");
-   return jsonName;
+   return *jsonName;
 }
 
 }  // namespace TrafficPolicyCli

@@ -202,7 +202,7 @@ void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetS
    auto const& protocols = structuredFilter.proto();
    bool const compact = std::ranges::none_of(
        protocols, [](auto const& entry) { return hasSubCriteria(entry.second); });
-   auto const* jsonKey = cliJsonName(label);
+   auto const jsonKey = cliJsonName(label);
    TP_TRACE(8) << label << " --> " << jsonKey;
    auto const subIndent = indent + indentCountPerLevel;
    bool const grouped = groupedJsonForm(revision, format);
@@ -249,7 +249,7 @@ void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
 
 void renderTcpFlags(vellum::RendererV2& renderer, ProtoField const& protoField,
                     std::uint32_t indent, std::uint32_t revision, std::uint32_t format) {
-   auto const* jsonKey = cliJsonName("TCP flags");
+   auto const jsonKey = cliJsonName("TCP flags");
    TP_TRACE(8) << "TCP flags --> " << jsonKey;
    // The older form has no groups: the flags of every group make up one list.
    bool const grouped = groupedJsonForm(revision, format);

@@ -165,7 +165,7 @@ TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
 TEST(CliMapLookup, EveryLabelFindsItsKeyAndNoOtherDoes) {
    using TrafficPolicyCli::cliMap;
    for (auto const& row : cliMap.rows()) {
-      EXPECT_STREQ(cliMap[row.label], row.jsonName) << row.label;
+      EXPECT_EQ(cliMap[row.label], &row.jsonName) << row.label;
    }
    std::string_view const unknown[] = {
        "", "ICMP kind", "Protocols", std::string_view("DSCP\0", 5),

@@ -11,7 +11,7 @@ namespace TrafficPolicyCli {
 
 struct CliMapRow {
    std::string_view label;
-   char const* jsonName;
+   std::string_view jsonName;
 };
 
 // Renderers look a key up for nearly every line they write, so the rows are indexed by the length
@@ -38,7 +38,7 @@ class CliMap {
    }
 
    // The JSON key of a label, or null when the table has none.
-   constexpr char const* operator[](std::string_view label) const noexcept {
+   constexpr std::string_view const* operator[](std::string_view label) const noexcept {
       if (label.size() > kMaxLabelLength) {
          return nullptr;
       }
@@ -46,7 +46,7 @@ class CliMap {
            ++place) {
          auto const& row = rows_[byLength_[place]];
          if (row.label == label) {
-            return row.jsonName;
+            return &row.jsonName;
          }
       }
       return nullptr;
@@ -65,6 +65,6 @@ extern CliMap const cliMap;
 
 // The JSON key of a label that the renderers use; a label missing from the table is a programming
 // error.
-char const* cliJsonName(std::string_view label);
+std::string_view cliJsonName(std::string_view label);
 
 }  // namespace TrafficPolicyCli
