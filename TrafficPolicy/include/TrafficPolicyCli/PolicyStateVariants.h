@@ -1,13 +1,14 @@
 // The interface and control-plane (CPU) variants of the policy record. The interface record keeps
 // an input and an output half of everything direction-specific; the CPU record keeps its
-// interfaces' status regrouped by VRF.
+// interfaces' status regrouped by VRF. Both are final, so that the checked downcast a rule's count
+// line makes is one comparison of types.
 #pragma once
 
 #include "TrafficPolicyCli/PolicyState.h"
 
 namespace TrafficPolicyCli {
 
-class PolicyStateInterface : public PolicyState {
+class PolicyStateInterface final : public PolicyState {
  public:
    using PtrConst = Kel::Ptr<PolicyStateInterface const>;
    using OptionIntfLists = Kel::OrderedMap<PolicyMap::ClassMapMatchOption, Kel::Ptr<PerAfIntfList>>;
@@ -153,7 +154,7 @@ class PolicyStateInterface : public PolicyState {
    CounterDataMap outputNamedCounters_;
 };
 
-class PolicyStateCpu : public PolicyState {
+class PolicyStateCpu final : public PolicyState {
  public:
    using PtrConst = Kel::Ptr<PolicyStateCpu const>;
    using OptionVrfLists = Kel::OrderedMap<PolicyMap::ClassMapMatchOption, Kel::Ptr<PerAfVrfList>>;

@@ -49,7 +49,8 @@ std::strong_ordering compareWords(char const* left, char const* right,
           bigEndianWord<Word>(right + common - kBytes);
 }
 
-inline std::strong_ordering compareBytes(std::string_view left, std::string_view right) noexcept {
+[[gnu::always_inline]] inline std::strong_ordering compareBytes(std::string_view left,
+                                                                std::string_view right) noexcept {
    auto const common = std::min(left.size(), right.size());
    std::strong_ordering order = std::strong_ordering::equal;
    if (common >= sizeof(std::uint64_t)) {
