@@ -43,7 +43,10 @@ std::uint64_t namedCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
                          PolicyMap::PacketDataStatus const& data, Kel::String const& policyName,
                          Measure measure) {
    auto const live = measure == Measure::packets ? data.pkts() : data.bytes();
-   auto const snapshot = counter ? counter->namedSnapshot({policyName, data.name()}) : nullptr;
+   // Until counters are first cleared there are no snapshots to build a key for.
+   auto const snapshot = counter && !counter->namedSnapshot().empty()
+                             ? counter->namedSnapshot({policyName, data.name()})
+                             : nullptr;
    if (!snapshot || snapshot->instanceId() != data.instanceId()) {
       return live;
    }
@@ -70,7 +73,9 @@ std::uint64_t getRulePacketCount(Kel::Ptr<PolicyMap::PacketDataStatus const> con
                                  Kel::String const& policyName) {
    auto const live = packetData->pkts();
    TrafficPolicy::CounterVersion const fresh;
-   auto const* found = counter ? counter->snapshot({policyName, packetData->name()}) : nullptr;
+   auto const* found = counter && !counter->snapshot().empty()
+                           ? counter->snapshot({policyName, packetData->name()})
+                           : nullptr;
    auto const& snapshot = found ? *found : fresh;
    if (snapshot.instanceId != packetData->instanceId()) {
       return live;

@@ -1,5 +1,4 @@
-// Indentation, headings, number names, name lists and the granularity line shared by the
-// renderers.
+// Number names, name lists and the granularity line shared by the renderers.
 #include "TrafficPolicyCli/SharedFormatting.h"
 
 #include <iterator>
@@ -8,18 +7,6 @@
 #include "Kel/Assert.h"
 
 namespace TrafficPolicyCli {
-
-void writeIndent(vellum::RendererV2& renderer, std::uint32_t blanks) {
-   renderer.writeString(Strix::JustifyLeft<char const*>("", blanks, ' '));
-}
-
-std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t indent,
-                           std::string_view label) {
-   writeIndent(renderer, indent);
-   renderer.writeString(label);
-   renderer.addFrill(": ");
-   return indent + static_cast<std::uint32_t>(label.size()) + 2;
-}
 
 Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
                                    PolicyMap::ClassMapMatchOption matchOption) {

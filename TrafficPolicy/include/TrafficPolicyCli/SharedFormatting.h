@@ -10,18 +10,27 @@
 #include "Kel/Ptr.h"
 #include "Kel/String.h"
 #include "PolicyMap/Types.h"
+#include "Strix/JustifyLeft.h"
 #include "TrafficPolicy/TrafficPolicyConfig.h"
 #include "vellum/Renderer.h"
 
 namespace TrafficPolicyCli {
 
-// Exactly `blanks` blanks at the start of a text line.
-void writeIndent(vellum::RendererV2& renderer, std::uint32_t blanks);
+// Exactly `blanks` blanks at the start of a text line. This and the heading are in line because
+// nearly every line has them: in JSON they come down to one test of the format.
+inline void writeIndent(vellum::RendererV2& renderer, std::uint32_t blanks) {
+   renderer.writeString(Strix::JustifyLeft<char const*>("", blanks, ' '));
+}
 
 // Text: the indentation, the label and ": ". Returns the column at which the value starts, where
 // the later values of a list stand.
-std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t indent,
-                           std::string_view label);
+inline std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t indent,
+                                  std::string_view label) {
+   writeIndent(renderer, indent);
+   renderer.writeString(label);
+   renderer.addFrill(": ");
+   return indent + static_cast<std::uint32_t>(label.size()) + 2;
+}
 
 // The name of a single DSCP value ("DSCP") or protocol number ("Protocol", per match option), or
 // the empty string when the value has none or the field has no names.
