@@ -19,8 +19,8 @@ namespace {
 void checkCharacters(std::string_view text, std::string_view what, Where const& where,
                      bool plainBlankAllowed) {
    if (auto const unshowable = Strix::findUnshowable(text, plainBlankAllowed)) {
-      fail(where, unshowable->description + " at position " +
-                      std::to_string(unshowable->position) + " in " + std::string(what));
+      fail(where, unshowable->description + " at position " + std::to_string(unshowable->position) +
+                      " in " + std::string(what));
    }
 }
 

@@ -1,10 +1,10 @@
 // What a message may show of text from outside: escapes for everything that could steer or fool
 // a terminal, cuts that never split a character, and the characters a name may not hold.
-#include "Strix/Printable.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
+
+#include "Strix/Printable.h"
 
 namespace {
 
@@ -17,9 +17,15 @@ TEST(Printable, EscapesWhatATerminalMustNotBeShownRaw) {
        {"plain text, é and 東京", "plain text, é and 東京"},
        {std::string("a\0b", 3), "a\\u0000b"},
        {"\x1b[31mred\n\t\x7f", "\\u001b[31mred\\n\\t\\u007f"},
-       {"\xc2\x9b" "31m", "\\u009b31m"},
-       {"\xe2\x80\xa8 \xe2\x80\xae \xe2\x81\xa6 \xd8\x9c \xe2\x80\x8f", "\\u2028 \\u202e \\u2066 \\u061c \\u200f"},
-       {"a\xc2\xa0" "b\xe2\x80\x8b" "c\xe3\x80\x80", "a\\u00a0b\\u200bc\\u3000"},
+       {"\xc2\x9b"
+        "31m",
+        "\\u009b31m"},
+       {"\xe2\x80\xa8 \xe2\x80\xae \xe2\x81\xa6 \xd8\x9c \xe2\x80\x8f",
+        "\\u2028 \\u202e \\u2066 \\u061c \\u200f"},
+       {"a\xc2\xa0"
+        "b\xe2\x80\x8b"
+        "c\xe3\x80\x80",
+        "a\\u00a0b\\u200bc\\u3000"},
        {"\x9b\xff\xc3", "\\x9b\\xff\\xc3"},
        {"\xed\xa0\x80", "\\xed\\xa0\\x80"},
    };
@@ -35,10 +41,8 @@ TEST(Printable, QuotesCutLongTextAtACharacterBoundary) {
    EXPECT_EQ(Strix::quoted(ascii + "k"), "\"" + ascii + "...\"");
    // A three-byte character across the limit is left out whole.
    std::string const straddling = std::string(Strix::kLongestEcho - 1, 'k') + "東京";
-   EXPECT_EQ(Strix::quoted(straddling),
-             "\"" + std::string(Strix::kLongestEcho - 1, 'k') + "...\"");
-   EXPECT_EQ(Strix::quoted(std::string(1 << 20, '\x1b')).size(),
-             2 + 6 * Strix::kLongestEcho + 3);
+   EXPECT_EQ(Strix::quoted(straddling), "\"" + std::string(Strix::kLongestEcho - 1, 'k') + "...\"");
+   EXPECT_EQ(Strix::quoted(std::string(1 << 20, '\x1b')).size(), 2 + 6 * Strix::kLongestEcho + 3);
 }
 
 TEST(Printable, NamesHoldNothingThatHidesOrSteers) {
