@@ -2,6 +2,8 @@
 // refuses a file, our own scanner goes over the text again to say where.
 #include "Document.h"
 
+#include <new>
+
 #include "StateError.h"
 #include "StateFile.h"
 #include "SyntaxLocator.h"
@@ -11,6 +13,9 @@ namespace StateLoader {
 namespace {
 
 [[noreturn]] void failRefused(std::string_view text, simdjson::error_code error) {
+   if (error == simdjson::MEMALLOC) {
+      throw std::bad_alloc();
+   }
    if (auto const fault = locateSyntaxFault(text, kMaxNesting)) {
       throw StateError(fault->pointer, fault->message);
    }
@@ -21,13 +26,9 @@ namespace {
 }  // namespace
 
 simdjson::dom::element parseStateFile(simdjson::dom::parser& parser, std::string const& path) {
-   auto const bytes = readStateFile(path, simdjson::SIMDJSON_PADDING);
+   auto const bytes =
+       readStateFile(path, simdjson::SIMDJSON_PADDING, simdjson::SIMDJSON_MAXSIZE_BYTES);
    auto const text = bytes.text();
-   if (text.size() > simdjson::SIMDJSON_MAXSIZE_BYTES) {
-      throw StateError("", "the file is larger than the " +
-                               std::to_string(simdjson::SIMDJSON_MAXSIZE_BYTES >> 30) +
-                               " GiB the parser can take");
-   }
    // The parser counts a scalar inside the innermost list as one more level than we do.
    if (parser.allocate(text.size(), kMaxNesting + 1) != simdjson::SUCCESS) {
       throw std::bad_alloc();

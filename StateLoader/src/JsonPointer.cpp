@@ -1,11 +1,14 @@
 // Writing a location out as an RFC 6901 pointer.
 #include "JsonPointer.h"
 
+#include "Strix/Printable.h"
+
 namespace StateLoader {
 
 void appendPointerToken(std::string& pointer, std::string_view key) {
    pointer += '/';
-   for (char const character : key) {
+   auto const part = Strix::echoedPart(key);
+   for (char const character : part) {
       if (character == '~') {
          pointer += "~0";
       } else if (character == '/') {
@@ -13,6 +16,9 @@ void appendPointerToken(std::string& pointer, std::string_view key) {
       } else {
          pointer += character;
       }
+   }
+   if (part.size() < key.size()) {
+      pointer += "...";
    }
 }
 

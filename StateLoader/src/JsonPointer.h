@@ -32,7 +32,8 @@ class Where {
    bool isElement_;
 };
 
-// Appends "/" and the key with "~" written "~0" and "/" written "~1".
+// Appends "/" and the key with "~" written "~0" and "/" written "~1". A key too long to show is
+// cut short, "..." marking the cut, so that a pointer stays a line long.
 void appendPointerToken(std::string& pointer, std::string_view key);
 
 }  // namespace StateLoader

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "Strix/Printable.h"
+
 namespace StateLoader {
 
 class Where;
@@ -29,6 +31,6 @@ class StateError : public std::runtime_error {
 std::string reasonOf(std::string const& path, StateError const& error);
 
 // Text quoted for a message, as in: unknown key "sorces". Very long text is cut short.
-std::string quoted(std::string_view text);
+using Strix::quoted;
 
 }  // namespace StateLoader

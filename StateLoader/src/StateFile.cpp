@@ -1,35 +1,28 @@
-// A regular file is mapped rather than read: its pages come straight from the page cache, where a
-// copy would first make the kernel hand out and zero as many fresh pages, which for a state of
-// tens of megabytes costs more than parsing it. The tail of the last page reads as zeros and is
-// the parser's spare room; a file that ends too close to a page boundary for that, pipes and
-// devices are read into a buffer instead, the buffer doubling as needed. States are replaced, not
-// rewritten in place, so the mapping does not see the file change under it.
+// The file is read into a buffer of our own rather than mapped. A mapping is a few milliseconds
+// faster for a state of tens of megabytes, but a writer that truncates the file while it is mapped
+// (`cat new.json > state.json` during a show) kills the reader with SIGBUS; a read sees at worst
+// a mix of old and new bytes, which the size and times of the file before and after tell apart.
+// Pipes and devices have no size to check first: they are read up to the same limit as files,
+// the buffer growing with realloc, which moves large blocks by remapping instead of copying.
 #include "StateFile.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 
 #include "StateError.h"
+#include "vellum/SigIntException.h"
 
 namespace StateLoader {
 
-void ReleaseFileBytes::operator()(char const* data) const noexcept {
-   if (mappedLength != 0) {
-      ::munmap(const_cast<char*>(data), mappedLength);
-   } else {
-      delete[] data;
-   }
-}
-
 namespace {
 
-constexpr std::size_t kMinimumBuffer = 1 << 16;
+constexpr std::size_t kFirstBuffer = 1 << 16;
 
 [[noreturn]] void failFile(std::string const& message) {
    throw StateError("", message);
@@ -39,11 +32,30 @@ constexpr std::size_t kMinimumBuffer = 1 << 16;
    failFile(std::string(what) + ": " + std::strerror(errno));
 }
 
+[[noreturn]] void failTooLarge(std::size_t largest) {
+   failFile("the file is larger than " + std::to_string(largest) +
+            " bytes, the most the parser can take");
+}
+
+// A call that may wait (opening a FIFO, reading a pipe) returns early with EINTR when a signal
+// arrives; Ctrl-C ends the command, any other signal only the wait.
+bool retryAfterSignal() {
+   if (errno != EINTR) {
+      return false;
+   }
+   if (vellum::sigIntNoticed()) {
+      throw vellum::SigIntException("interrupted");
+   }
+   return true;
+}
+
 class OpenFile {
  public:
-   explicit OpenFile(std::string const& path) : fd_(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-      if (fd_ < 0) {
-         failSystem("cannot open");
+   explicit OpenFile(std::string const& path) {
+      while ((fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) < 0) {
+         if (!retryAfterSignal()) {
+            failSystem("cannot open");
+         }
       }
    }
    ~OpenFile() { ::close(fd_); }
@@ -52,89 +64,80 @@ class OpenFile {
 
    int fd() const noexcept { return fd_; }
 
- private:
-   int fd_;
-};
-
-// The size to expect: exact for regular files, nothing for pipes and devices.
-std::size_t expectedSize(OpenFile const& file) {
-   struct stat status {};
-   if (::fstat(file.fd(), &status) != 0) {
-      failSystem("cannot read");
-   }
-   if (S_ISDIR(status.st_mode)) {
-      failFile("is a directory, not a state file");
-   }
-   return S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
-}
-
-std::size_t pageRounded(std::size_t size) {
-   auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-   return (size + page - 1) / page * page;
-}
-
-// The whole file mapped, or nothing when it cannot be mapped with `padding` bytes after it.
-std::unique_ptr<char const [], ReleaseFileBytes> mapped(OpenFile const& file, std::size_t size,
-                                                        std::size_t padding) {
-   auto const length = pageRounded(size);
-   if (size == 0 || length - size < padding) {
-      return {};
-   }
-   void* const data = ::mmap(nullptr, length, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file.fd(), 0);
-   if (data == MAP_FAILED) {
-      return {};
-   }
-   return {static_cast<char const*>(data), ReleaseFileBytes{length}};
-}
-
-std::unique_ptr<char[]> grown(std::unique_ptr<char[]> const& old, std::size_t used,
-                              std::size_t capacity) {
-   auto bigger = std::make_unique_for_overwrite<char[]>(capacity);
-   std::copy_n(old.get(), used, bigger.get());
-   return bigger;
-}
-
-// Reads until the end, leaving `padding` zeros after the bytes; `capacity` is the first guess.
-std::unique_ptr<char[]> readAll(OpenFile const& file, std::size_t padding, std::size_t& size,
-                                std::size_t& capacity) {
-   auto data = std::make_unique_for_overwrite<char[]>(capacity);
-   while (true) {
-      if (capacity - size <= padding) {
-         data = grown(data, size, capacity * 2);
-         capacity *= 2;
-      }
-      auto const got = ::read(file.fd(), data.get() + size, capacity - size - padding);
-      if (got == 0) {
-         break;
-      }
-      if (got < 0 && errno != EINTR) {
+   struct stat status() const {
+      struct stat status {};
+      if (::fstat(fd_, &status) != 0) {
          failSystem("cannot read");
       }
-      size += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+      return status;
    }
-   // The parser reads into the spare room; give it defined bytes.
-   std::fill_n(data.get() + size, capacity - size, '\0');
-   return data;
+
+ private:
+   int fd_ = -1;
+};
+
+bool isSameFile(struct stat const& before, struct stat const& after) {
+   return before.st_ino == after.st_ino && before.st_size == after.st_size &&
+          before.st_mtim.tv_sec == after.st_mtim.tv_sec &&
+          before.st_mtim.tv_nsec == after.st_mtim.tv_nsec &&
+          before.st_ctim.tv_sec == after.st_ctim.tv_sec &&
+          before.st_ctim.tv_nsec == after.st_ctim.tv_nsec;
+}
+
+char* resized(char* data, std::size_t capacity) {
+   auto* const bigger = static_cast<char*>(std::realloc(data, capacity));
+   if (!bigger) {
+      throw std::bad_alloc();
+   }
+   return bigger;
 }
 
 }  // namespace
 
-FileBytes readStateFile(std::string const& path, std::size_t padding) {
+FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_t largest) {
    OpenFile const file(path);
-   auto const expected = expectedSize(file);
-   FileBytes bytes;
-   bytes.data_ = mapped(file, expected, padding);
-   if (bytes.data_) {
-      bytes.size_ = expected;
-      bytes.capacity_ = bytes.data_.get_deleter().mappedLength;
-      return bytes;
+   auto const before = file.status();
+   if (S_ISDIR(before.st_mode)) {
+      failFile("is a directory, not a state file");
    }
-   bytes.capacity_ = std::max(expected + padding + 1, kMinimumBuffer);
-   bytes.data_ = {readAll(file, padding, bytes.size_, bytes.capacity_).release(),
-                  ReleaseFileBytes{}};
-   if (bytes.size_ == 0) {
+   // Regular files of the kernel's own (under /proc) say they are empty: their size is not known.
+   auto const expected = S_ISREG(before.st_mode) ? static_cast<std::size_t>(before.st_size) : 0;
+   if (expected > largest) {
+      failTooLarge(largest);
+   }
+   // One byte more than a regular file holds, so that the read that sees its end is a full one.
+   std::size_t capacity = expected != 0 ? expected + 1 + padding : kFirstBuffer;
+   FileBytes bytes;
+   bytes.data_.reset(resized(nullptr, capacity));
+   std::size_t& size = bytes.size_;
+   while (true) {
+      if (capacity - size <= padding) {
+         capacity = std::min(capacity * 2, largest + 1 + padding);
+         bytes.data_.reset(resized(bytes.data_.release(), capacity));
+      }
+      auto const got = ::read(file.fd(), bytes.data_.get() + size, capacity - size - padding);
+      if (got == 0) {
+         break;
+      }
+      if (got < 0) {
+         if (!retryAfterSignal()) {
+            failSystem("cannot read");
+         }
+         continue;
+      }
+      size += static_cast<std::size_t>(got);
+      if (size > largest) {
+         failTooLarge(largest);
+      }
+   }
+   if (expected != 0 && (size != expected || !isSameFile(before, file.status()))) {
+      failFile("the file changed while it was read; try again once it is written");
+   }
+   if (size == 0) {
       failFile("the file is empty");
    }
+   // The parser reads into the spare room; give it defined bytes.
+   std::fill_n(bytes.data_.get() + size, capacity - size, '\0');
    return bytes;
 }
 

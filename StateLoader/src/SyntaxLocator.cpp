@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "JsonPointer.h"
+#include "Strix/Printable.h"
 
 namespace StateLoader {
 
@@ -45,39 +46,6 @@ std::string hexByte(unsigned char byte) {
 // Digit strings without leading zeros compare as numbers by length, then by text.
 bool exceeds(std::string_view digits, std::string_view limit) {
    return digits.size() != limit.size() ? digits.size() > limit.size() : digits > limit;
-}
-
-// The length of a UTF-8 sequence from its lead byte, and the range its second byte must be in,
-// which is what rules out overlong forms, surrogates and code points above U+10FFFF.
-struct Utf8Lead {
-   std::size_t length;
-   unsigned char secondLow;
-   unsigned char secondHigh;
-};
-
-Utf8Lead utf8Lead(unsigned char lead) {
-   if (lead >= 0xc2 && lead <= 0xdf) {
-      return {2, 0x80, 0xbf};
-   }
-   if (lead == 0xe0) {
-      return {3, 0xa0, 0xbf};
-   }
-   if (lead == 0xed) {
-      return {3, 0x80, 0x9f};
-   }
-   if (lead >= 0xe1 && lead <= 0xef) {
-      return {3, 0x80, 0xbf};
-   }
-   if (lead == 0xf0) {
-      return {4, 0x90, 0xbf};
-   }
-   if (lead >= 0xf1 && lead <= 0xf3) {
-      return {4, 0x80, 0xbf};
-   }
-   if (lead == 0xf4) {
-      return {4, 0x80, 0x8f};
-   }
-   return {0, 0, 0};
 }
 
 void appendUtf8(std::string& out, std::uint32_t codePoint) {
@@ -306,23 +274,13 @@ class Scanner {
    }
 
    bool scanUtf8(std::string* decoded) {
-      auto const lead = static_cast<unsigned char>(text_[pos_]);
-      auto const shape = utf8Lead(lead);
-      std::size_t length = 1;
-      while (shape.length != 0 && length < shape.length && pos_ + length < text_.size()) {
-         auto const next = static_cast<unsigned char>(text_[pos_ + length]);
-         bool const fits = length == 1 ? next >= shape.secondLow && next <= shape.secondHigh
-                                       : next >= 0x80 && next <= 0xbf;
-         if (!fits) {
-            break;
-         }
-         ++length;
+      auto const character = Strix::decodeUtf8(text_, pos_);
+      if (character.length == 0) {
+         return refuse("invalid UTF-8 byte " + hexByte(static_cast<unsigned char>(text_[pos_])) +
+                       " in " + stringKind(decoded));
       }
-      if (shape.length == 0 || length != shape.length) {
-         return refuse("invalid UTF-8 byte " + hexByte(lead) + " in " + stringKind(decoded));
-      }
-      append(decoded, text_.substr(pos_, length));
-      pos_ += length;
+      append(decoded, text_.substr(pos_, character.length));
+      pos_ += character.length;
       return true;
    }
 

@@ -8,30 +8,19 @@
 #include <string>
 
 #include "StateError.h"
+#include "Strix/Printable.h"
 
 namespace StateLoader {
 
 namespace {
 
-bool isControl(char character) {
-   auto const code = static_cast<unsigned char>(character);
-   return code < ' ' || code == 0x7f;
-}
-
-std::string describeCharacter(char character) {
-   return character == ' '
-              ? "blank"
-              : "control character " + std::to_string(static_cast<unsigned char>(character));
-}
-
-// Refuses the first character that `refused` picks, naming its position.
-template <typename Refused>
+// Refuses the first character that a terminal could not show as it is (and a plain blank, unless
+// `plainBlankAllowed`), naming its position.
 void checkCharacters(std::string_view text, std::string_view what, Where const& where,
-                     Refused refused) {
-   auto const bad = std::find_if(text.begin(), text.end(), refused);
-   if (bad != text.end()) {
-      fail(where, describeCharacter(*bad) + " at position " +
-                      std::to_string(bad - text.begin() + 1) + " in " + std::string(what));
+                     bool plainBlankAllowed) {
+   if (auto const unshowable = Strix::findUnshowable(text, plainBlankAllowed)) {
+      fail(where, unshowable->description + " at position " + std::to_string(unshowable->position) +
+                      " in " + std::string(what));
    }
 }
 
@@ -82,8 +71,7 @@ Kel::String checkedName(std::string_view text, std::string_view what, Where cons
    if (text.empty()) {
       fail(where, "empty " + std::string(what));
    }
-   checkCharacters(text, what, where,
-                   [](char character) { return character == ' ' || isControl(character); });
+   checkCharacters(text, what, where, false);
    return Kel::String(text);
 }
 
@@ -101,7 +89,7 @@ Quoll::IntfId checkedIntfId(std::string_view text, Where const& where) {
 
 Kel::String readText(Node const& node, std::string_view what) {
    auto const text = asString(node);
-   checkCharacters(text, what, node.where, isControl);
+   checkCharacters(text, what, node.where, true);
    return Kel::String(text);
 }
 

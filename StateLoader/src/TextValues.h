@@ -31,15 +31,15 @@ inline constexpr RangeKind kFragmentOffsets{"fragment offset", 0, 8191};
 inline constexpr RangeKind kDscps{"DSCP value", 0, 63};
 inline constexpr RangeKind kTtls{"TTL", 0, 255};
 
-// Names (of policies, rules, sets, counters, VRFs, groups) must be non-empty and free of blanks
-// and control characters, which the command line could neither show nor read back. `what` says
-// whose name it is, as in "policy name".
+// Names (of policies, rules, sets, counters, VRFs, groups) must be non-empty and free of blanks,
+// control characters, line separators and direction controls, which the command line could
+// neither show nor read back. `what` says whose name it is, as in "policy name".
 Kel::String checkedName(std::string_view text, std::string_view what, Where const& where);
 Kel::String readName(Node const& node, std::string_view what);
 
 Quoll::IntfId checkedIntfId(std::string_view text, Where const& where);
 
-// Free text such as an error message: any characters but control characters.
+// Free text such as an error message: any characters a terminal shows as they are, and blanks.
 Kel::String readText(Node const& node, std::string_view what);
 
 // A prefix of the given family.

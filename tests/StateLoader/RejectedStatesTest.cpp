@@ -78,7 +78,22 @@ std::vector<RejectedCase> contentCases() {
        {"newline in a policy name stays on one line", R"({"trafficPolicies": {"a\nb": {}}})",
         R"(/trafficPolicies/a\nb: control character 10 at position 2 in policy name)"},
        {"very long unknown key is cut short", R"({")" + std::string(100000, 'k') + R"(": {}})",
-        "/" + std::string(100000, 'k') + ": unknown key \"" + std::string(200, 'k') + "...\""},
+        "/" + std::string(200, 'k') + "...: unknown key \"" + std::string(200, 'k') + "...\""},
+       {"NUL in a key is escaped", R"({"trafficPolicies": {"p": {"na\u0000me": 1}}})",
+        R"(/trafficPolicies/p/na\u0000me: unknown key "na\u0000me")"},
+       {"C1 control in a policy name", R"({"trafficPolicies": {"a\u009b31m": {}}})",
+        R"(/trafficPolicies/a\u009b31m: control character U+009B at position 2 in policy name)"},
+       {"direction control in a rule name",
+        rule(R"({"sequence": 1}, "\u202egnp": {"sequence": 2})"),
+        R"(/trafficPolicies/p/rules/\u202egnp: direction control U+202E at position 1 in rule name)"},
+       {"no-break space in an interface name",
+        R"({"interfaces": {"input": {"Ethernet\u00a01": "p"}}})",
+        R"(/interfaces/input/Ethernet\u00a01: blank U+00A0 at position 9 in interface name)"},
+       {"line separator in an error text",
+        cpuStatus(R"({"interfaces": {"Ethernet1": {"ipv4": {"state": "failed", )"
+                  R"("error": "TCAM\u2028full"}}}})"),
+        "/status/cpu/policies/p/interfaces/Ethernet1/ipv4/error: line separator U+2028 at "
+        "position 5 in error text"},
        {"blank in an interface name", R"({"interfaces": {"input": {"Ethernet 1": "p"}}})",
         "/interfaces/input/Ethernet 1: blank at position 9 in interface name"},
        {"empty policy name", R"({"interfaces": {"output": {"Ethernet1": ""}}})",
@@ -381,10 +396,15 @@ TEST(RejectedStates, FileProblemsNameTheFile) {
    auto const missing = (files.folder() / "missing.json").string();
    auto const folder = files.folder().string();
    auto const empty = files.write("empty.json", "");
+   // Sparse: refused by its size, before a byte of it is read.
+   auto const huge = files.write("huge.json", "{}");
+   std::filesystem::resize_file(huge, std::uintmax_t{1} << 32);
    FileCase const cases[] = {
        {"missing file", missing, missing + ": cannot open: No such file or directory"},
        {"directory", folder, folder + ": is a directory, not a state file"},
        {"empty file", empty, empty + ": the file is empty"},
+       {"file above the parser's limit", huge,
+        huge + ": the file is larger than 4294967295 bytes, the most the parser can take"},
    };
    for (FileCase const& row : cases) {
       auto const loaded = StateLoader::loadState(row.path);

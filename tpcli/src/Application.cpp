@@ -10,6 +10,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -18,6 +19,7 @@
 #include "Kel/Trace.h"
 #include "StateLoader/Loader.h"
 #include "StateLoader/Snapshots.h"
+#include "Strix/Printable.h"
 #include "tpcli/CommandGrammar.h"
 #include "tpcli/CommandRunner.h"
 #include "tpcli/CounterClearer.h"
@@ -156,9 +158,25 @@ ExitCode runInvocation(std::vector<std::string> arguments) {
                json ? vellum::OutputFormat_t::json : vellum::OutputFormat_t::text);
 }
 
-ExitCode report(ExitCode code, std::string const& message) {
-   std::fprintf(stderr, "tpcli: %s\n", message.c_str());
-   return code;
+ExitCode reportOutOfMemory() noexcept {
+   std::fputs("tpcli: out of memory\n", stderr);
+   return ExitCode::failed;
+}
+
+// Every message passes through here on its way to the terminal; what it quotes from the command
+// line or a file (CLI11's messages included) must not reach the terminal raw. Out of memory, it
+// says so without allocating anything more.
+ExitCode report(ExitCode code, std::string_view message, std::string_view kind = {}) noexcept {
+   try {
+      std::string line = "tpcli: ";
+      line += kind;
+      Strix::appendPrintable(line, message);
+      line += '\n';
+      std::fwrite(line.data(), 1, line.size(), stderr);
+      return code;
+   } catch (std::bad_alloc const&) {
+      return reportOutOfMemory();
+   }
 }
 
 }  // namespace
@@ -171,10 +189,13 @@ int run(int argc, char const* const* argv) {
    } catch (CommandError const& error) {
       code = report(error.code(), error.what());
    } catch (std::bad_alloc const&) {
-      code = report(ExitCode::failed, "out of memory");
+      code = reportOutOfMemory();
+   } catch (vellum::SigIntException const&) {
+      // Interrupted before any output, while waiting for a state that comes from a pipe.
+      code = ExitCode::interrupted;
    } catch (std::exception const& error) {
       // Kel::AssertionError among them: its text quotes the broken invariant.
-      code = report(ExitCode::internalError, std::string("internal error: ") + error.what());
+      code = report(ExitCode::internalError, error.what(), "internal error: ");
    }
    return static_cast<int>(code);
 }

@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "Strix/Printable.h"
 #include "tpcli/ValueParsers.h"
 
 namespace tpcli {
@@ -46,7 +47,7 @@ CLI::Validator wholeNumberIn(std::uint32_t lowest, std::uint32_t highest) {
        [=](std::string& text) -> std::string {
           return parseNumber(text, lowest, highest)
                      ? std::string()
-                     : "expected " + expected + ", not \"" + text + "\"";
+                     : "expected " + expected + ", not " + Strix::quoted(text);
        },
        std::to_string(lowest) + "-" + std::to_string(highest));
 }
@@ -80,7 +81,7 @@ Kel::Expected<Invocation> withoutUnknownOptions(CLI::App const& app, Invocation 
    auto const unknown = std::ranges::find_if(
        remaining, [](std::string const& word) { return word.starts_with('-') && word != "--"; });
    if (unknown != remaining.end()) {
-      return Kel::Failure{"unknown option \"" + *unknown + "\" (see tpcli --help)"};
+      return Kel::Failure{"unknown option " + Strix::quoted(*unknown) + " (see tpcli --help)"};
    }
    return invocation;
 }

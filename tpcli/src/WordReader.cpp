@@ -3,9 +3,13 @@
 
 #include <algorithm>
 
+#include "Strix/Printable.h"
+
 namespace tpcli {
 
 namespace {
+
+using Strix::quoted;
 
 // "a, b or c" with " or " as the last separator; "a, b, c" with ", ".
 std::string joined(std::vector<std::string_view> const& words, std::string_view lastSeparator) {
@@ -26,10 +30,6 @@ std::string alternatives(Keywords keywords, std::string_view orElse) {
       all.push_back(orElse);
    }
    return joined(all, " or ");
-}
-
-std::string quoted(std::string_view word) {
-   return "\"" + std::string(word) + "\"";
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #if TPCLI_WITH_MIMALLOC
 #include <mimalloc.h>
 
+#include <new>
+
 namespace {
 
 // Large pages where the system offers them, committed at once: a command fills whole segments of
@@ -19,9 +21,18 @@ void setAllocatorDefaults() {
 [[gnu::section(".preinit_array"),
   gnu::used]] void (*const allocatorDefaults)() = &setAllocatorDefaults;
 
+// mimalloc's operator new aborts when memory runs out unless a new-handler is installed; this one
+// makes it throw std::bad_alloc as the standard's does, so that the user is told.
+[[noreturn]] void throwBadAlloc() {
+   throw std::bad_alloc();
+}
+
 }  // namespace
 #endif
 
 int main(int argc, char** argv) {
+#if TPCLI_WITH_MIMALLOC
+   std::set_new_handler(&throwBadAlloc);
+#endif
    return tpcli::run(argc, argv);
 }

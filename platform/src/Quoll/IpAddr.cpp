@@ -10,6 +10,7 @@
 #include <ostream>
 
 #include "Kel/Value.h"
+#include "Strix/Printable.h"
 
 namespace Quoll {
 
@@ -31,7 +32,7 @@ struct ZeroRun {
 };
 
 Kel::Failure failure(std::string const& what, std::string_view whole) {
-   return {what + " in \"" + std::string(whole) + "\""};
+   return {what + " in " + Strix::quoted(whole)};
 }
 
 // Printable characters as themselves, anything else by its code, so reasons stay readable.
@@ -64,7 +65,7 @@ Kel::Expected<std::uint8_t> parseOctet(std::string_view field, std::string_view 
       return failure("invalid character " + describeCharacter(*junk), whole);
    }
    if (field.size() > 1 && field.front() == '0') {
-      return failure("octet \"" + std::string(field) + "\" has a leading zero", whole);
+      return failure("octet " + Strix::quoted(field) + " has a leading zero", whole);
    }
    unsigned value = 0;
    if (field.size() <= 3) {
@@ -131,7 +132,7 @@ Kel::Expected<std::uint16_t> parseHexGroup(std::string_view field, std::string_v
       return failure("invalid character " + describeCharacter(*junk), whole);
    }
    if (field.size() > 4) {
-      return failure("group \"" + std::string(field) + "\" has more than 4 hex digits", whole);
+      return failure("group " + Strix::quoted(field) + " has more than 4 hex digits", whole);
    }
    std::uint16_t value = 0;
    std::from_chars(field.data(), field.data() + field.size(), value, 16);
@@ -180,7 +181,7 @@ Kel::Expected<GroupList> parseGroupList(std::string_view side, std::string_view 
       bool const lastField = end == side.size();
       bool const dotted = field.find('.') != std::string_view::npos;
       if (dotted && !(lastField && endsAddress)) {
-         return failure("IPv4 tail \"" + std::string(field) + "\" must end the address", whole);
+         return failure("IPv4 tail " + Strix::quoted(field) + " must end the address", whole);
       }
       auto appended =
           dotted ? appendDottedQuad(list, field, whole) : appendHexGroup(list, field, whole);

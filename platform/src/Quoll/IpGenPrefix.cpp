@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "Kel/Value.h"
+#include "Strix/Printable.h"
 
 namespace Quoll {
 
@@ -31,7 +32,7 @@ IpAddr withHostBits(IpAddr const& address, std::uint8_t length, HostBits hostBit
 }
 
 Kel::Failure failure(std::string const& what, std::string_view whole) {
-   return {what + " in \"" + std::string(whole) + "\""};
+   return {what + " in " + Strix::quoted(whole)};
 }
 
 Kel::Expected<std::uint8_t> parseLength(std::string_view text, std::uint8_t width,
@@ -41,7 +42,7 @@ Kel::Expected<std::uint8_t> parseLength(std::string_view text, std::uint8_t widt
    }
    auto const isDigit = [](char character) { return character >= '0' && character <= '9'; };
    if (!std::all_of(text.begin(), text.end(), isDigit)) {
-      return failure("prefix length \"" + std::string(text) + "\" is not a number", whole);
+      return failure("prefix length " + Strix::quoted(text) + " is not a number", whole);
    }
    unsigned long long value = 0;
    auto const parsed = std::from_chars(text.data(), text.data() + text.size(), value);

@@ -1,0 +1,104 @@
+// tpcli on input that is hostile or odd rather than wrong: a state that changes while it is read,
+// one too large to parse, a FIFO nobody writes, and command words that would steer a terminal.
+// Each ends with its exit code and one line, never a signal.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+#include "support/TpcliProcess.h"
+
+namespace tpcli_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TpcliInputTest : public ::testing::Test {
+ protected:
+   void SetUp() override {
+      folder_ = fs::path(::testing::TempDir()) / ("tpcli-input-" + std::to_string(getpid()));
+      fs::create_directories(folder_);
+   }
+   void TearDown() override { fs::remove_all(folder_); }
+
+   std::string copyOfLab() const {
+      auto const path = folder_ / "lab.json";
+      fs::copy_file(fs::path(EXAMPLES_DIR) / "lab.json", path,
+                    fs::copy_options::overwrite_existing);
+      return path.string();
+   }
+
+   fs::path folder_;
+};
+
+TEST_F(TpcliInputTest, OddStateFilesEndWithTheirExitCodeAndOneLine) {
+   auto const changing = copyOfLab();
+   auto const huge = (folder_ / "huge.json").string();
+   std::ofstream(huge) << "{}";
+   fs::resize_file(huge, std::uintmax_t{5} << 30);
+   auto const* asanOptions = std::getenv("ASAN_OPTIONS");
+   std::string const sanitizer = std::string("ASAN_OPTIONS=") + (asanOptions ? asanOptions : "") +
+                                 ":verify_asan_link_order=0";
+   expectRuns({
+       {"-s " + changing + " show traffic-policy interface",
+        {{"LD_PRELOAD=" TRUNCATING_SHIM, "TPCLI_TEST_TRUNCATE=" + changing, sanitizer}},
+        3,
+        changing + ": the file changed while it was read"},
+       {"-s " + huge + " show traffic-policy interface",
+        {},
+        3,
+        huge + ": the file is larger than 4294967295 bytes, the most the parser can take"},
+   });
+}
+
+TEST_F(TpcliInputTest, CtrlCWhileWaitingForAWriterEndsWithOneHundredThirty) {
+   auto const fifo = (folder_ / "state.fifo").string();
+   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+   auto const output = open("/dev/null", O_WRONLY | O_CLOEXEC);
+   auto const pid =
+       startTpcli({"-s", fifo, "show", "traffic-policy", "interface"}, {{}, Output::given, output});
+   close(output);
+   // Whether the signal comes before tpcli opens the FIFO or while it waits there, it ends with
+   // 130: by the default action or by tpcli's own handling.
+   std::this_thread::sleep_for(std::chrono::milliseconds(300));
+   kill(pid, SIGINT);
+   EXPECT_EQ(waitForExit(pid), 130);
+}
+
+TEST_F(TpcliInputTest, CommandWordsAreEchoedEscapedAndCutShort) {
+   std::string const longWord(130000, 'x');
+   struct Row {
+      std::vector<std::string> words;
+      std::string line;
+   };
+   Row const rows[] = {
+       {{"show", "traffic-policy", "\x1b]0;owned\x07"},
+        "tpcli: unknown word \"\\u001b]0;owned\\u0007\" after \"traffic-policy\""},
+       {{"show", "traffic-policy", "\x9b\xff"},
+        "tpcli: unknown word \"\\x9b\\xff\" after \"traffic-policy\""},
+       {{"show", "traffic-policy", longWord},
+        "tpcli: unknown word \"" + std::string(200, 'x') + "...\" after \"traffic-policy\""},
+       {{"--revision",
+         "\xe2\x80\xae"
+         "1",
+         "show", "traffic-policy", "cpu"},
+        "tpcli: --revision: expected 1 or 2, not \"\\u202e1\""},
+   };
+   for (Row const& row : rows) {
+      auto const run = runTpcli(row.words);
+      EXPECT_EQ(run.exitCode, 2) << row.line;
+      auto const lines = linesOf(run.standardError);
+      ASSERT_EQ(lines.size(), 1u) << row.line;
+      EXPECT_TRUE(lines[0].starts_with(row.line)) << lines[0].substr(0, 400);
+   }
+}
+
+}  // namespace
+}  // namespace tpcli_test
