@@ -3,10 +3,11 @@
 // (`cat new.json > state.json` during a show) kills the reader with SIGBUS; a read sees at worst
 // a mix of old and new bytes, which the size and times of the file before and after tell apart.
 // Pipes and devices have no size to check first: they are read up to the same limit as files,
-// the buffer growing with realloc, which moves large blocks by remapping instead of copying.
+// the buffer growing by remapping its pages.
 #include "StateFile.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "StateError.h"
 #include "vellum/SigIntException.h"
@@ -84,15 +86,29 @@ bool isSameFile(struct stat const& before, struct stat const& after) {
           before.st_ctim.tv_nsec == after.st_ctim.tv_nsec;
 }
 
-char* resized(char* data, std::size_t capacity) {
-   auto* const bigger = static_cast<char*>(std::realloc(data, capacity));
-   if (!bigger) {
-      throw std::bad_alloc();
+}  // namespace
+
+FileBytes::FileBytes(FileBytes&& other) noexcept
+    : data_(std::exchange(other.data_, nullptr)),
+      size_(std::exchange(other.size_, 0)),
+      capacity_(std::exchange(other.capacity_, 0)) {}
+
+FileBytes::~FileBytes() {
+   if (data_) {
+      ::munmap(data_, capacity_);
    }
-   return bigger;
 }
 
-}  // namespace
+void FileBytes::capacityIs(std::size_t capacity) {
+   void* const pages = data_ ? ::mremap(data_, capacity_, capacity, MREMAP_MAYMOVE)
+                             : ::mmap(nullptr, capacity, PROT_READ | PROT_WRITE,
+                                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+   if (pages == MAP_FAILED) {
+      throw std::bad_alloc();
+   }
+   data_ = static_cast<char*>(pages);
+   capacity_ = capacity;
+}
 
 FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_t largest) {
    OpenFile const file(path);
@@ -106,16 +122,14 @@ FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_
       failTooLarge(largest);
    }
    // One byte more than a regular file holds, so that the read that sees its end is a full one.
-   std::size_t capacity = expected != 0 ? expected + 1 + padding : kFirstBuffer;
    FileBytes bytes;
-   bytes.data_.reset(resized(nullptr, capacity));
+   bytes.capacityIs(expected != 0 ? expected + 1 + padding : kFirstBuffer);
    std::size_t& size = bytes.size_;
    while (true) {
-      if (capacity - size <= padding) {
-         capacity = std::min(capacity * 2, largest + 1 + padding);
-         bytes.data_.reset(resized(bytes.data_.release(), capacity));
+      if (bytes.capacity_ - size <= padding) {
+         bytes.capacityIs(std::min(bytes.capacity_ * 2, largest + 1 + padding));
       }
-      auto const got = ::read(file.fd(), bytes.data_.get() + size, capacity - size - padding);
+      auto const got = ::read(file.fd(), bytes.data_ + size, bytes.capacity_ - size - padding);
       if (got == 0) {
          break;
       }
@@ -136,8 +150,7 @@ FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_
    if (size == 0) {
       failFile("the file is empty");
    }
-   // The parser reads into the spare room; give it defined bytes.
-   std::fill_n(bytes.data_.get() + size, capacity - size, '\0');
+   // The parser reads into the spare room, which fresh pages hold as zeros.
    return bytes;
 }
 

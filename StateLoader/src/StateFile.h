@@ -3,27 +3,32 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <string_view>
 
 namespace StateLoader {
 
-// A file's bytes in a buffer of our own, with room to spare after them.
+// A file's bytes in pages of our own, with room to spare after them. The pages are mapped
+// anonymously so that the buffer grows by moving pages rather than by copying bytes: a pipe or a
+// device read up to the size limit never needs twice its bytes in memory.
 class FileBytes {
  public:
-   std::string_view text() const noexcept { return {data_.get(), size_}; }
+   FileBytes() = default;
+   FileBytes(FileBytes&& other) noexcept;
+   FileBytes& operator=(FileBytes&&) = delete;
+   ~FileBytes();
+
+   std::string_view text() const noexcept { return {data_, size_}; }
 
  private:
    friend FileBytes readStateFile(std::string const& path, std::size_t padding,
                                   std::size_t largest);
-   struct Free {
-      void operator()(char* data) const noexcept { std::free(data); }
-   };
+   // Throws std::bad_alloc when the pages cannot be had.
+   void capacityIs(std::size_t capacity);
 
-   std::unique_ptr<char, Free> data_;
+   char* data_ = nullptr;
    std::size_t size_ = 0;
+   std::size_t capacity_ = 0;
 };
 
 // Reads the whole file, leaving `padding` zeros after it (the room the JSON parser may read past
