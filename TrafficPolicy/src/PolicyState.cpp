@@ -14,6 +14,7 @@ Kel::TypeInfo const& PolicyState::typeInfo() {
         Kel::readOnly("policyMapConfig", &Self::policyMapConfig),
         Kel::readOnly("policyStatus", &Self::policyStatus),
         Kel::readOnly("classMapConfig", &Self::classMapConfig),
+        Kel::readOnly("ruleNames", &Self::ruleNames),
         Kel::readOnly("classMapStatusInput", &Self::classMapStatusInput),
         Kel::scalar("ruleCount", &Self::ruleCount, &Self::ruleCountIs),
         Kel::scalar("summary", &Self::summary, &Self::summaryIs),
@@ -33,18 +34,9 @@ Kel::TypeInfo const& PolicyState::typeInfo() {
 }
 
 Kel::String const& PolicyState::ruleName(std::uint32_t ruleIndex) const {
-   return ruleNameIn(classMapStatusInput_, ruleIndex, noRuleName());
-}
-
-Kel::String const& PolicyState::ruleNameIn(ClassMapStatusArray const& statuses,
-                                           std::uint32_t ruleIndex, Kel::String const& otherwise) {
-   auto const* status = statuses.lookup(ruleIndex);
-   return status && *status ? (*status)->name() : otherwise;
-}
-
-Kel::String const& PolicyState::noRuleName() {
    static Kel::String const none;
-   return none;
+   auto const* name = ruleNames_.lookup(ruleIndex);
+   return name ? *name : none;
 }
 
 Kel::Ptr<PolicyState> PolicyStateIs(Kel::String const& name) {

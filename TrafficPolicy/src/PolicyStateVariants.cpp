@@ -91,11 +91,6 @@ void PolicyStateInterface::cacheNamedCounterData(
    }
 }
 
-Kel::String const& PolicyStateInterface::ruleName(std::uint32_t ruleIndex) const {
-   return ruleNameIn(classMapStatusInput(), ruleIndex,
-                     ruleNameIn(classMapStatusOutput_, ruleIndex, noRuleName()));
-}
-
 Kel::TypeInfo const& PolicyStateInterface::fwkType() const {
    using Self = PolicyStateInterface;
    static Kel::TypeInfo const info(

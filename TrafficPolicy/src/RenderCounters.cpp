@@ -21,7 +21,8 @@ struct CounterTables {
    Kel::OrderedSet<Kel::String> namedCounters;
 };
 
-// The rule statuses of the direction, which name the rules by index.
+// The rules the direction's status lists as processed, in rule order. Each direction counts its
+// own rules: the other direction's status may list more or fewer of them.
 Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapStatus const>> const& ruleStatuses(
     PolicyState const& record, bool isInput) {
    return isInput ? record.classMapStatusInput()
@@ -34,13 +35,11 @@ CounterTables counterTablesOf(PolicyState const& record, bool isInput) {
    if (!currCfg) {
       return tables;
    }
-   auto const& statuses = ruleStatuses(record, isInput);
-   for (std::uint32_t index = 0; index < record.ruleCount(); ++index) {
-      auto const* status = statuses.lookup(index);
-      if (!status || !*status) {
+   for (auto const& [index, status] : ruleStatuses(record, isInput)) {
+      if (!status) {
          continue;
       }
-      auto const& ruleName = (*status)->name();
+      auto const& ruleName = status->name();
       auto const* actions = currCfg->classAction().lookup(ruleName);
       auto const* count =
           actions ? (*actions)->policyAction().lookup(PolicyMap::ActionType::count) : nullptr;

@@ -243,43 +243,74 @@ void ShowTrafficPolicyBase::cacheClassState(
       ruleNames.push_back(std::move(name));
    });
 
+   // A policy applied in both directions is cached once per direction, and the two statuses may
+   // list different rules. The record shows every rule that either pass processed, once and in
+   // sequence order, with the match of the latest pass that processed it. Both passes walk the
+   // same rules in the same order, so the rules an earlier pass left are met in step.
+   auto const& earlierNames = record->ruleNames();
+   auto earlier = earlierNames.begin();
+   std::vector<std::pair<std::size_t, Kel::Ptr<PolicyMap::ClassMapMatch const>>> shown;
+   shown.reserve(ruleNames.size());
    std::uint32_t ruleIndex = 0;
-   for (auto const& name : ruleNames) {
-      auto const cmapStatus = valueOr(policyStatus->classMapStatus(), name);
-      if (!cmapStatus) {
-         TP_TRACE(7) << "ClassMapStatus not found for " << name.view();
-         continue;
+   for (std::size_t position = 0; position < ruleNames.size(); ++position) {
+      auto const& name = ruleNames[position];
+      bool const cachedEarlier = earlier != earlierNames.end() && (*earlier).value == name;
+      auto match = cacheProcessedRule(*record, *policyStatus, *pmapSubConfig, name, ruleIndex);
+      if (match) {
+         ++ruleIndex;
+      } else if (cachedEarlier) {
+         match = *record->classMapConfig().lookup((*earlier).index);
       }
-      if (cmapStatus->matchs().empty()) {
-         TP_TRACE(1) << "No match option status found for " << name.view();
-         continue;
-      }
-      // A rule is processed for one match option only; the state loader refuses any other.
-      KEL_ASSERT(cmapStatus->matchs().size() == 1);
-      auto const option = *cmapStatus->matchs().begin();
-
-      Kel::Ptr<PolicyMap::ClassMapMatch const> match;
-      if (auto const* classMap = entityAt(pmapSubConfig->classMap(), name)) {
-         match = valueOr(classMap->match(), option);
+      if (cachedEarlier) {
+         ++earlier;
       }
       if (match) {
-         TP_TRACE(7) << "Found class match config for " << name.view() << ", " << option;
-      } else {
-         match = Kel::make<PolicyMap::ClassMapMatch>(option);
+         shown.emplace_back(position, std::move(match));
       }
-      TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
-      cacheClassMapStatus(policyName, ruleIndex, cmapStatus);
-      // The record keeps the match alive from here on.
-      auto const& cachedMatch = *match;
-      record->classMapConfigIs(ruleIndex, std::move(match));
-      if (!record->undefinedFieldSet()) {
-         checkFieldSetReferences(*record, cachedMatch);
-      }
-      checkCounterReference(*record, *pmapSubConfig, name);
-      ++ruleIndex;
    }
    TP_TRACE(4) << "ruleCount " << ruleIndex << ", total class count " << ruleNames.size();
    record->ruleCountIs(ruleIndex);
+
+   record->classMapConfigDelAll();
+   for (std::uint32_t index = 0; index < shown.size(); ++index) {
+      auto& [position, match] = shown[index];
+      record->classMapConfigIs(index, std::move(ruleNames[position]), std::move(match));
+   }
+}
+
+Kel::Ptr<PolicyMap::ClassMapMatch const> ShowTrafficPolicyBase::cacheProcessedRule(
+    PolicyState& record, PolicyMap::PolicyMapStatus const& policyStatus,
+    PolicyMap::PolicyMapSubConfig const& pmapSubConfig, Kel::String const& name,
+    std::uint32_t ruleIndex) {
+   auto const cmapStatus = valueOr(policyStatus.classMapStatus(), name);
+   if (!cmapStatus) {
+      TP_TRACE(7) << "ClassMapStatus not found for " << name.view();
+      return nullptr;
+   }
+   if (cmapStatus->matchs().empty()) {
+      TP_TRACE(1) << "No match option status found for " << name.view();
+      return nullptr;
+   }
+   // A rule is processed for one match option only; the state loader refuses any other.
+   KEL_ASSERT(cmapStatus->matchs().size() == 1);
+   auto const option = *cmapStatus->matchs().begin();
+
+   Kel::Ptr<PolicyMap::ClassMapMatch const> match;
+   if (auto const* classMap = entityAt(pmapSubConfig.classMap(), name)) {
+      match = valueOr(classMap->match(), option);
+   }
+   if (match) {
+      TP_TRACE(7) << "Found class match config for " << name.view() << ", " << option;
+   } else {
+      match = Kel::make<PolicyMap::ClassMapMatch>(option);
+   }
+   TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
+   cacheClassMapStatus(pmapSubConfig.name(), ruleIndex, cmapStatus);
+   if (!record.undefinedFieldSet()) {
+      checkFieldSetReferences(record, *match);
+   }
+   checkCounterReference(record, pmapSubConfig, name);
+   return match;
 }
 
 namespace {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "StateLoader/Loader.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
@@ -194,6 +195,46 @@ TEST_F(AttachmentCaching, EachDirectionReadsItsOwnCounters) {
       ASSERT_TRUE(input && output);
       EXPECT_EQ((*input)->pkts(), 10u);
       EXPECT_EQ((*output)->pkts(), 20u);
+   }
+}
+
+// Every rule that either direction's status processed is shown once, in sequence order, as one
+// whole: its own name with its own match, taken from the later pass that processed it.
+TEST_F(AttachmentCaching, DirectionsListingDifferentRulesShowEachRuleWhole) {
+   struct Row {
+      char const* input;
+      char const* output;
+      Names shown;
+   } const rows[] = {
+       {R"({"r2": ["ipv4"]})", R"({"r1": ["ipv4"], "r2": ["ipv4"]})", {"r1 ipv4 1", "r2 ipv4 2"}},
+       {R"({"r1": ["ipv4"], "r2": ["ipv4"]})", R"({"r2": ["ipv4"]})", {"r1 ipv4 1", "r2 ipv4 2"}},
+       {R"({"r1": ["ipv4"], "r3": ["ipv4"]})",
+        R"({"r2": ["ipv4"], "r3": []})",
+        {"r1 ipv4 1", "r2 ipv4 2", "r3 ipv4 3"}},
+       {R"({"r3": ["ipv4"]})", "{}", {"r3 ipv4 3"}},
+       {R"({"r1": ["ipv4"]})", R"({"r1": ["ipv6"]})", {"r1 ipv6"}},
+   };
+   for (auto const& row : rows) {
+      SCOPED_TRACE(std::string(row.input) + " then " + row.output);
+      load(std::string(R"({"trafficPolicies": {"p": {"rules": {
+            "r1": {"sequence": 10, "match": {"ipv4": {"ttls": ["1"]}}},
+            "r2": {"sequence": 20, "match": {"ipv4": {"ttls": ["2"]}}},
+            "r3": {"sequence": 30, "match": {"ipv4": {"ttls": ["3"]}}}}}},
+         "status": {"interfaceInput": {"policies": {"p": {"rules": )") +
+           row.input + R"(}}}, "interfaceOutput": {"policies": {"p": {"rules": )" + row.output +
+           "}}}}}");
+      auto const record = cacheInterface("p");
+      ASSERT_TRUE(record);
+      Names shown;
+      for (auto const& [index, match] : record->classMapConfig()) {
+         std::ostringstream rule;
+         rule << record->ruleName(index).view() << " " << match->option();
+         if (auto const& filter = match->structuredFilter()) {
+            rule << " " << filter->ttl().begin()->low;
+         }
+         shown.push_back(rule.str());
+      }
+      EXPECT_EQ(shown, row.shown);
    }
 }
 

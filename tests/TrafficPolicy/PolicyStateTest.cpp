@@ -48,13 +48,13 @@ TEST(PolicyState, CounterDataIsKeyedByItsOwnName) {
 
 TEST(PolicyState, ReflectsEveryAttributeInOrder) {
    auto record = TrafficPolicyCli::policyStateFactory("p1");
-   EXPECT_EQ(
-       attributeNames(*record),
-       (std::vector<std::string>{
-           "name", "matchOptionList", "policyMapConfig", "policyStatus", "classMapConfig",
-           "classMapStatusInput", "ruleCount", "summary", "errors", "detail", "indentCountPerLevel",
-           "counter", "namedCounter", "inputClassCounters", "inputNamedCounters",
-           "undefinedCounter", "undefinedFieldSet", "byteCountersSupported"}));
+   EXPECT_EQ(attributeNames(*record),
+             (std::vector<std::string>{
+                 "name", "matchOptionList", "policyMapConfig", "policyStatus", "classMapConfig",
+                 "ruleNames", "classMapStatusInput", "ruleCount", "summary", "errors", "detail",
+                 "indentCountPerLevel", "counter", "namedCounter", "inputClassCounters",
+                 "inputNamedCounters", "undefinedCounter", "undefinedFieldSet",
+                 "byteCountersSupported"}));
    for (auto const& name : attributeNames(*record)) {
       EXPECT_TRUE(record->attribute(name).has_value()) << name;
    }

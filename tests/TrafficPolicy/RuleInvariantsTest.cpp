@@ -26,7 +26,7 @@ RenderedRules renderRule(ClassMapMatchOption option, Kel::Ptr<StructuredFilter> 
    return renderRulesOf(state, {}, [&](TrafficPolicyCli::PolicyState& record) {
       auto match = Kel::make<PolicyMap::ClassMapMatch>(option);
       match->structuredFilterIs(filter);
-      record.classMapConfigIs(0, match);
+      record.classMapConfigIs(0, "r1", match);
       if (actions) {
          auto sub = Kel::make<PolicyMap::PolicyMapSubConfig>("p");
          sub->classAction().insertOrAssign("r1", actions);

@@ -57,15 +57,29 @@ class PolicyState : public Kel::Entity {
       policyStatus_ = std::move(status);
    }
 
+   // The rules in rule order: the match cached for each, and the name of the rule that match
+   // belongs to. Both are set and removed together, so that a rule is always shown whole under its
+   // own name, whichever direction's status cached it.
    Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapMatch const>> const& classMapConfig()
        const noexcept {
       return classMapConfig_;
    }
-   void classMapConfigIs(std::uint32_t index, Kel::Ptr<PolicyMap::ClassMapMatch const> match) {
+   Kel::DenseArray<Kel::String> const& ruleNames() const noexcept { return ruleNames_; }
+   void classMapConfigIs(std::uint32_t index, Kel::String ruleName,
+                         Kel::Ptr<PolicyMap::ClassMapMatch const> match) {
+      ruleNames_.set(index, std::move(ruleName));
       classMapConfig_.set(index, std::move(match));
    }
-   void classMapConfigDel(std::uint32_t index) { classMapConfig_.erase(index); }
-   void classMapConfigDelAll() { classMapConfig_.clear(); }
+   void classMapConfigDel(std::uint32_t index) {
+      ruleNames_.erase(index);
+      classMapConfig_.erase(index);
+   }
+   void classMapConfigDelAll() {
+      ruleNames_.clear();
+      classMapConfig_.clear();
+   }
+   // The name of the rule at `ruleIndex`; empty when there is none.
+   Kel::String const& ruleName(std::uint32_t ruleIndex) const;
 
    Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapStatus const>> const& classMapStatusInput()
        const noexcept {
@@ -77,10 +91,6 @@ class PolicyState : public Kel::Entity {
    }
    void classMapStatusInputDel(std::uint32_t index) { classMapStatusInput_.erase(index); }
    void classMapStatusInputDelAll() { classMapStatusInput_.clear(); }
-
-   // The name of the rule at `ruleIndex`, as its status reports it; empty when no status of the
-   // record holds the rule.
-   virtual Kel::String const& ruleName(std::uint32_t ruleIndex) const;
 
    std::uint32_t ruleCount() const noexcept { return ruleCount_; }
    void ruleCountIs(std::uint32_t count) noexcept { ruleCount_ = count; }
@@ -130,19 +140,13 @@ class PolicyState : public Kel::Entity {
    bool byteCountersSupported() const noexcept { return byteCountersSupported_; }
    void byteCountersSupportedIs(bool supported) noexcept { byteCountersSupported_ = supported; }
 
- protected:
-   using ClassMapStatusArray = Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapStatus const>>;
-   // The name in the status at `ruleIndex`, or `otherwise` when there is none.
-   static Kel::String const& ruleNameIn(ClassMapStatusArray const& statuses,
-                                        std::uint32_t ruleIndex, Kel::String const& otherwise);
-   static Kel::String const& noRuleName();
-
  private:
    Kel::String name_;
    Kel::OrderedSet<PolicyMap::ClassMapMatchOption> matchOptionList_;
    Kel::Ptr<PolicyMap::PolicyMapConfig const> policyMapConfig_;
    Kel::Ptr<PolicyMap::PolicyMapStatus const> policyStatus_;
    Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapMatch const>> classMapConfig_;
+   Kel::DenseArray<Kel::String> ruleNames_;
    Kel::DenseArray<Kel::Ptr<PolicyMap::ClassMapStatus const>> classMapStatusInput_;
    std::uint32_t ruleCount_ = 0;
    bool summary_ = false;

@@ -52,9 +52,6 @@ class PolicyStateInterface final : public PolicyState {
       classMapStatusOutput_.set(index, std::move(status));
    }
 
-   // Input first; a policy applied on output only has its rules' statuses there.
-   Kel::String const& ruleName(std::uint32_t ruleIndex) const override;
-
    Kel::OrderedMap<Kel::String, bool> const& configuredIntfInput() const noexcept {
       return configuredIntf_[input];
    }

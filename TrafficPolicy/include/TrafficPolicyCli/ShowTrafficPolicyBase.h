@@ -151,6 +151,12 @@ class ShowTrafficPolicyBase : public ShowCommand {
                              Kel::String const& policyName, bool isInput);
 
  private:
+   // Caches the rule's status at `ruleIndex` and checks its references when this direction's
+   // status lists the rule as processed; returns the match to show for it, or null.
+   Kel::Ptr<PolicyMap::ClassMapMatch const> cacheProcessedRule(
+       PolicyState& record, PolicyMap::PolicyMapStatus const& policyStatus,
+       PolicyMap::PolicyMapSubConfig const& pmapSubConfig, Kel::String const& name,
+       std::uint32_t ruleIndex);
    void checkFieldSetReferences(PolicyState& record, PolicyMap::ClassMapMatch const& match) const;
    void checkCounterReference(PolicyState& record,
                               PolicyMap::PolicyMapSubConfig const& pmapSubConfig,
