@@ -39,11 +39,11 @@ Kel::Expected<Classification::NumericalRange> parseRange(std::string_view text,
 }  // namespace
 
 Kel::Expected<Classification::PortRange> parsePortRange(std::string_view text) {
-   return parseRange(text, 0, 65535);
+   return parseRange(text, 0, Classification::kHighestPort);
 }
 
 Kel::Expected<Classification::VlanRange> parseVlanRange(std::string_view text) {
-   return parseRange(text, 1, 4094);
+   return parseRange(text, Classification::kLowestVlan, Classification::kHighestVlan);
 }
 
 Kel::Expected<Quoll::IpGenPrefix> parsePrefixOfFamily(std::string_view text, bool ipv4) {
