@@ -17,6 +17,19 @@ std::optional<std::uint32_t> parseNumber(std::string_view text, std::uint32_t lo
    return number;
 }
 
+std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
+   constexpr double kDay = 86400;
+   double seconds = 0;
+   auto const [end, error] =
+       std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
+   // Written so that NaN fails too.
+   if (text.empty() || error != std::errc() || end != text.data() + text.size() ||
+       !(seconds >= 0 && seconds <= kDay)) {
+      return std::nullopt;
+   }
+   return std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+}
+
 namespace {
 
 Kel::Expected<Classification::NumericalRange> parseRange(std::string_view text,

@@ -3,6 +3,7 @@
 // what was expected, for the grammar to put after the word it rejects.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -16,6 +17,9 @@ namespace tpcli {
 // A plain decimal number within [lowest, highest]: no sign, no blanks, nothing after it.
 std::optional<std::uint32_t> parseNumber(std::string_view text, std::uint32_t lowest,
                                          std::uint32_t highest);
+
+// Seconds as a plain decimal number ("10", "0.25"), from 0 to a day.
+std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
 
 // 0 to 65535, as in a state file.
 Kel::Expected<Classification::PortRange> parsePortRange(std::string_view text);
