@@ -1,9 +1,6 @@
 // Reading a snapshot file back into the directions' snapshot stores. It is checked as strictly as a
 // state file: a damaged file must stop the command, since taking it as "no snapshots" would show
 // counts that were cleared as if they never had been.
-#include <sys/stat.h>
-
-#include <cerrno>
 #include <cmath>
 #include <new>
 #include <set>
@@ -15,6 +12,7 @@
 #include "StateError.h"
 #include "StateLoader/Snapshots.h"
 #include "TextValues.h"
+#include "TrustedFile.h"
 
 namespace StateLoader {
 
@@ -151,22 +149,28 @@ constexpr std::array kDirectionMembers = {
 };
 static_assert(kDirectionMembers.size() == kSnapshotDirections.size());
 
-bool exists(std::string const& path) {
-   struct stat status {};
-   // Any other failure to reach the file is for the read to report.
-   return ::stat(path.c_str(), &status) == 0 || errno != ENOENT;
+// The checked file is parsed through its own descriptor, so that the file parsed is the file
+// checked even if the name is pointed elsewhere in between.
+std::string pathOfDescriptor(FileDescriptor const& file) {
+   return "/proc/self/fd/" + std::to_string(file.get());
 }
 
 }  // namespace
 
 std::optional<Kel::Failure> readSnapshots(std::string const& path, DeviceState& state) {
-   if (!exists(path)) {
+   // Non-blocking, so that a FIFO put in its place is refused rather than waited on.
+   auto const file = openTrusted(path, O_RDONLY | O_NONBLOCK);
+   if (!file) {
+      return Kel::Failure{path + ": " + file.reason()};
+   }
+   if (!*file) {
       return std::nullopt;
    }
    try {
       simdjson::dom::parser parser;
       Where const top = Where::root();
-      readMembers(Node{parseStateFile(parser, path), top}, kDirectionMembers, state);
+      readMembers(Node{parseStateFile(parser, pathOfDescriptor(*file)), top}, kDirectionMembers,
+                  state);
       return std::nullopt;
    } catch (StateError const& error) {
       return Kel::Failure{reasonOf(path, error)};

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "Classification/Range.h"
 #include "Classification/StructuredFilter.h"
 #include "Kel/String.h"
 #include "Node.h"
@@ -21,8 +22,9 @@ struct RangeKind {
    std::uint32_t highest;
 };
 
-inline constexpr RangeKind kPorts{"port", 0, 65535};
-inline constexpr RangeKind kVlans{"VLAN", 1, 4095};
+inline constexpr RangeKind kPorts{"port", 0, Classification::kHighestPort};
+inline constexpr RangeKind kVlans{"VLAN", Classification::kLowestVlan,
+                                  Classification::kHighestVlan};
 inline constexpr RangeKind kProtocols{"protocol", 0, 255};
 inline constexpr RangeKind kIcmpTypes{"ICMP type", 0, 255};
 inline constexpr RangeKind kIcmpCodes{"ICMP code", 0, 255};

@@ -1,18 +1,32 @@
 // The snapshot file: what a clear writes reads back into the same stores (names that need escaping
 // included), it is JSON to an independent parser, a missing file means no snapshots, a damaged one
-// is refused with the file and the place named, and a location that cannot be written is reported.
+// is refused with the file and the place named, and a write that fails is reported. In a folder
+// that others can write, what they leave at the names of the files is never used or written
+// through, and a lock that they hold is waited for a bounded time.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <functional>
+#include <set>
 
 #include "StateLoader/Snapshots.h"
-#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
+#include "support/TempStateFiles.h"
+#include "vellum/SigIntException.h"
 
 namespace {
 
 using StateLoader::DeviceState;
 using testing_support::TempStateFiles;
+namespace fs = std::filesystem;
 
 DeviceState emptyState() {
    DeviceState state;
@@ -67,6 +81,14 @@ void expectSameStores(DeviceState const& actual, DeviceState const& expected) {
    EXPECT_EQ(describe(*actual.cpu.counter), describe(*expected.cpu.counter));
 }
 
+std::set<std::string> namesIn(fs::path const& folder) {
+   std::set<std::string> names;
+   for (auto const& entry : fs::directory_iterator(folder)) {
+      names.insert(entry.path().filename().string());
+   }
+   return names;
+}
+
 TEST(SnapshotsTest, WhatIsWrittenReadsBackAsItWas) {
    TempStateFiles const files;
    auto const path = (files.folder() / "lab.snapshots.json").string();
@@ -82,7 +104,10 @@ TEST(SnapshotsTest, WhatIsWrittenReadsBackAsItWas) {
              UINT64_MAX);
    EXPECT_EQ(json.at("interfaceOutput"),
              nlohmann::json::parse(R"({"timestamp": 0, "ruleCounters": {}, "namedCounters": {}})"));
-   EXPECT_FALSE(std::filesystem::exists(path + ".tmp"));
+   EXPECT_EQ(namesIn(files.folder()),
+             (std::set<std::string>{"lab.snapshots.json", "lab.snapshots.json.lock"}));
+   EXPECT_EQ(fs::status(path + ".lock").permissions(),
+             fs::perms::owner_read | fs::perms::owner_write);
 
    auto read = emptyState();
    auto const readProblem = StateLoader::readSnapshots(path, read);
@@ -134,25 +159,145 @@ TEST(SnapshotsTest, ADamagedFileIsRefusedWithItsPlace) {
    }
 }
 
-TEST(SnapshotsTest, ALocationThatCannotBeWrittenIsReportedAndTheOldFileStays) {
+TEST(SnapshotsTest, AFailedWriteIsReportedAndLeavesTheOldFileAlone) {
    TempStateFiles const files;
    auto const path = files.write("lab.snapshots.json", "{}");
-   std::filesystem::create_directory(path + ".tmp");
    auto const lock = StateLoader::SnapshotLock::acquire(path);
    ASSERT_TRUE(lock.ok()) << lock.reason();
+   // Files may grow to a few bytes only: the write fails with EFBIG, even for root.
+   auto* const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+   rlimit oldLimit{};
+   getrlimit(RLIMIT_FSIZE, &oldLimit);
+   rlimit tiny = oldLimit;
+   tiny.rlim_cur = 16;
+   setrlimit(RLIMIT_FSIZE, &tiny);
    auto const problem = lock->write(filledState());
+   setrlimit(RLIMIT_FSIZE, &oldLimit);
+   std::signal(SIGXFSZ, oldHandler);
    ASSERT_TRUE(problem);
-   EXPECT_EQ(problem->reason,
-             "cannot write the counter snapshots: cannot create " + path + ".tmp: Is a directory");
+   EXPECT_TRUE(problem->reason.starts_with("cannot write the counter snapshots: cannot write " +
+                                           path + ".tmp."))
+       << problem->reason;
+   EXPECT_TRUE(problem->reason.ends_with(": File too large")) << problem->reason;
    EXPECT_EQ(testing_support::readFile(path), "{}");
+   EXPECT_EQ(namesIn(files.folder()),
+             (std::set<std::string>{"lab.snapshots.json", "lab.snapshots.json.lock"}));
+}
 
-   std::filesystem::create_directory(files.folder() / "locked.snapshots.json.lock");
-   auto const refused =
-       StateLoader::SnapshotLock::acquire((files.folder() / "locked.snapshots.json").string());
-   ASSERT_FALSE(refused.ok());
-   EXPECT_EQ(refused.reason(), "cannot lock " +
-                                   (files.folder() / "locked.snapshots.json").string() +
-                                   ".lock: Is a directory");
+// What another user can leave at a name in a folder that both can write.
+struct Planted {
+   char const* what;
+   std::function<void(fs::path const& at, fs::path const& victim)> plant;
+   char const* reason;  // after the file's name
+   bool needsRoot = false;
+};
+
+void fileWithMode(fs::path const& at, mode_t mode) {
+   std::ofstream(at) << "{}";
+   ASSERT_EQ(chmod(at.c_str(), mode), 0);
+}
+
+Planted const kPlanted[] = {
+    {"a link to another file",
+     [](auto const& at, auto const& victim) { fs::create_symlink(victim, at); },
+     "the file is a symbolic link, which is not followed"},
+    {"a link to nothing",
+     [](auto const& at, auto const& victim) { fs::create_symlink(victim.string() + ".new", at); },
+     "the file is a symbolic link, which is not followed"},
+    {"a file that others can write", [](auto const& at, auto const&) { fileWithMode(at, 0666); },
+     "the file can be written by other users (mode 0666)"},
+    {"a file that its group can write", [](auto const& at, auto const&) { fileWithMode(at, 0620); },
+     "the file can be written by other users (mode 0620)"},
+    {"a FIFO", [](auto const& at, auto const&) { ASSERT_EQ(mkfifo(at.c_str(), 0600), 0); },
+     "the file is not a regular file"},
+    {"another user's file",
+     [](auto const& at, auto const&) {
+        fileWithMode(at, 0644);
+        ASSERT_EQ(chown(at.c_str(), 65534, 65534), 0);
+     },
+     "the file belongs to another user (uid 65534)", true},
+};
+
+TEST(SnapshotsTest, WhatOthersLeaveAtTheNamesOfTheFilesIsNotUsed) {
+   for (auto const& planted : kPlanted) {
+      if (planted.needsRoot && geteuid() != 0) {
+         continue;
+      }
+      for (char const* suffix : {"", ".lock"}) {
+         SCOPED_TRACE(std::string(planted.what) + " at the " + (*suffix ? "lock" : "snapshot") +
+                      " file");
+         TempStateFiles const files;
+         auto const path = (files.folder() / "lab.snapshots.json").string();
+         auto const victim = files.write("victim.json", "{}");
+         planted.plant(path + suffix, victim);
+         auto const reason = path + suffix + ": " + planted.reason;
+
+         auto const lock = StateLoader::SnapshotLock::acquire(path);
+         ASSERT_FALSE(lock.ok());
+         EXPECT_EQ(lock.reason(), *suffix ? "cannot lock " + reason : reason);
+         if (!*suffix) {
+            auto state = emptyState();
+            auto const problem = StateLoader::readSnapshots(path, state);
+            ASSERT_TRUE(problem);
+            EXPECT_EQ(problem->reason, reason);
+         }
+         EXPECT_EQ(testing_support::readFile(victim), "{}");
+         EXPECT_FALSE(fs::exists(victim + ".new"));
+      }
+   }
+}
+
+// A clear that died left the temporary file of its time, or someone put one there on purpose.
+TEST(SnapshotsTest, TheTemporaryFileIsAlwaysANewOne) {
+   for (auto const& planted : {kPlanted[0], kPlanted[2]}) {
+      SCOPED_TRACE(planted.what);
+      TempStateFiles const files;
+      auto const path = (files.folder() / "lab.snapshots.json").string();
+      auto const victim = files.write("victim.json", "{}");
+      planted.plant(path + ".tmp", victim);
+      auto const lock = StateLoader::SnapshotLock::acquire(path);
+      ASSERT_TRUE(lock.ok()) << lock.reason();
+      auto const problem = lock->write(filledState());
+      ASSERT_FALSE(problem) << problem->reason;
+
+      EXPECT_EQ(testing_support::readFile(victim), "{}");
+      EXPECT_EQ(testing_support::readFile(path + ".tmp"), "{}");
+      struct stat status {};
+      ASSERT_EQ(lstat(path.c_str(), &status), 0);
+      EXPECT_TRUE(S_ISREG(status.st_mode));
+      EXPECT_EQ(status.st_uid, geteuid());
+      EXPECT_EQ(status.st_mode & (S_IWGRP | S_IWOTH), 0u);
+   }
+}
+
+std::string processName() {
+   auto name = testing_support::readFile("/proc/self/comm");
+   return name.substr(0, name.find('\n'));
+}
+
+TEST(SnapshotsTest, ALockHeldElsewhereIsWaitedForABoundedTimeOrUntilInterrupted) {
+   TempStateFiles const files;
+   auto const path = (files.folder() / "lab.snapshots.json").string();
+   // A shared lock through a descriptor of its own, as another process would hold it.
+   int const held = open((path + ".lock").c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
+   ASSERT_EQ(flock(held, LOCK_SH), 0);
+   using namespace std::chrono_literals;
+   auto const timedOut = StateLoader::SnapshotLock::acquire(path, 200ms);
+   ASSERT_FALSE(timedOut.ok());
+   EXPECT_EQ(timedOut.reason(), "cannot lock " + path +
+                                    ".lock: still held after 0.2 s by process " +
+                                    std::to_string(getpid()) + " (" + processName() + ")");
+
+   vellum::sigIntNoticedIs(true);
+   auto const started = std::chrono::steady_clock::now();
+   auto const interrupted = StateLoader::SnapshotLock::acquire(path, 60s);
+   vellum::sigIntNoticedIs(false);
+   EXPECT_LT(std::chrono::steady_clock::now() - started, 10s);
+   ASSERT_FALSE(interrupted.ok());
+   EXPECT_EQ(interrupted.reason(), "interrupted while waiting for the lock " + path + ".lock");
+
+   close(held);
+   EXPECT_TRUE(StateLoader::SnapshotLock::acquire(path, 0ms).ok());
 }
 
 }  // namespace

@@ -51,8 +51,10 @@ TEST(CommandGrammarTest, AcceptsEveryFormWithAbbreviatedKeywords) {
         {ShowRequest{L4PortFieldSetRequest{"web", Classification::PortRange{80, 80}}}}},
        {"show traffic-policy field-set l4-port contains 0-65535",
         {ShowRequest{L4PortFieldSetRequest{"", Classification::PortRange{0, 65535}}}}},
-       {"show traffic-policy field-set vlan guests c 1-4094",
-        {ShowRequest{VlanFieldSetRequest{"guests", Classification::VlanRange{1, 4094}}}}},
+       {"show traffic-policy field-set vlan guests c 1-4095",
+        {ShowRequest{VlanFieldSetRequest{"guests", Classification::VlanRange{1, 4095}}}}},
+       {"show traffic-policy field-set vlan c 4095",
+        {ShowRequest{VlanFieldSetRequest{"", Classification::VlanRange{4095, 4095}}}}},
        {"show traffic-policy field-set vlan c 10",
         {ShowRequest{VlanFieldSetRequest{"", Classification::VlanRange{10, 10}}}}},
        {"clear traffic-policy counters", {ClearCountersRequest{}}},
@@ -128,7 +130,7 @@ TEST(CommandGrammarTest, ListsTheCandidatesOfAnAmbiguousWord) {
 
 TEST(CommandGrammarTest, RejectsValuesOutOfRangeOrOfTheWrongFamily) {
    auto const port = "expected a number from 0 to 65535 or a range LOW-HIGH";
-   auto const vlan = "expected a number from 1 to 4094 or a range LOW-HIGH";
+   auto const vlan = "expected a number from 1 to 4095 or a range LOW-HIGH";
    auto const l4 = std::string("show traffic-policy field-set l4-port contains ");
    auto const vl = std::string("show traffic-policy field-set vlan contains ");
    auto const v4 = std::string("show traffic-policy field-set ipv4 prefix contains ");
@@ -142,7 +144,7 @@ TEST(CommandGrammarTest, RejectsValuesOutOfRangeOrOfTheWrongFamily) {
        {l4 + "20-10",
         "invalid port \"20-10\" after \"contains\": the low end is above the high end"},
        {vl + "0", "invalid VLAN \"0\" after \"contains\": " + std::string(vlan)},
-       {vl + "4095", "invalid VLAN \"4095\" after \"contains\": " + std::string(vlan)},
+       {vl + "4096", "invalid VLAN \"4096\" after \"contains\": " + std::string(vlan)},
        {vl + "5-1", "invalid VLAN \"5-1\" after \"contains\": the low end is above the high end"},
        {v4 + "2001:db8::/32",
         "invalid prefix \"2001:db8::/32\" after \"contains\": an IPv6 "

@@ -1,17 +1,21 @@
 // Clearing counters with tpcli as a process, on a state of its own in a private folder: what a
 // clear stores is what the next shows are given, later counts show the increase since, a clear of
 // one direction keeps the others, two clears at once both count, a clear killed at any of its steps
-// leaves the old snapshot file or the new one, and a damaged or unwritable snapshot file ends the
-// command with its exit code. Clears run the real show library; shows run the fake one, which
+// leaves the old snapshot file or the new one, a damaged snapshot file or one that another user
+// could have made ends the command with its exit code, and a clear waits for a held lock a bounded
+// time, or until Ctrl-C. Clears run the real show library; shows run the fake one, which
 // writes back the snapshots it was handed.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
@@ -213,21 +217,91 @@ TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
    EXPECT_EQ(fileText(snapshots_), damaged);
 }
 
-TEST_P(TpcliClearTest, AnUnwritableLocationFailsTheClear) {
+// What another user could leave at the names a clear uses, in a folder both can write: the clear
+// refuses it (1), a show refuses such a snapshot file as a damaged one (3), and nothing is
+// written through a link.
+TEST_P(TpcliClearTest, FilesThatOthersCouldHaveMadeAreRefused) {
+   struct Row {
+      char const* what;
+      fs::path at;
+      std::function<void(fs::path const&)> plant;
+      std::string reason;
+      bool needsRoot = false;
+   };
+   auto const lock = snapshots_.string() + ".lock";
+   auto const victim = folder_ / "victim.json";
+   auto const link = [&victim](fs::path const& at) { fs::create_symlink(victim, at); };
+   auto const withMode = [](mode_t mode, uid_t owner) {
+      return [mode, owner](fs::path const& at) {
+         std::ofstream(at) << "{}";
+         ASSERT_EQ(chmod(at.c_str(), mode), 0);
+         ASSERT_EQ(chown(at.c_str(), owner, static_cast<gid_t>(-1)), 0);
+      };
+   };
+   Row const rows[] = {
+       {"a link as the snapshot file", snapshots_, link,
+        snapshots_.string() + ": the file is a symbolic link"},
+       {"a snapshot file others can write", snapshots_, withMode(0666, geteuid()),
+        snapshots_.string() + ": the file can be written by other users (mode 0666)"},
+       {"another user's snapshot file", snapshots_, withMode(0644, 65534),
+        snapshots_.string() + ": the file belongs to another user (uid 65534)", true},
+       {"a link as the lock file", lock, link,
+        "cannot lock " + lock + ": the file is a symbolic link"},
+   };
    stateIs(0);
-   clear();
-   auto const before = fileText(snapshots_);
-   fs::create_directory(snapshots_.string() + ".tmp");
+   for (auto const& row : rows) {
+      if (row.needsRoot && geteuid() != 0) {
+         continue;
+      }
+      std::ofstream(victim) << "{}";
+      row.plant(row.at);
+      auto const showLine =
+          "--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu";
+      expectRuns(
+          {{"-s " + state_.string() + " clear traffic-policy counters", {}, 1, row.reason},
+           {showLine, {}, row.at == snapshots_ ? 3 : 0, row.at == snapshots_ ? row.reason : ""}});
+      EXPECT_EQ(fileText(victim), "{}") << row.what;
+      fs::remove(snapshots_);
+      fs::remove(lock);
+   }
+}
+
+TEST_P(TpcliClearTest, AHeldLockIsWaitedForABoundedTimeOrUntilCtrlC) {
+   stateIs(0);
+   auto const lock = snapshots_.string() + ".lock";
+   // A shared lock of this process's own, as any reader of the lock file could take.
+   int const held = open(lock.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
+   ASSERT_EQ(flock(held, LOCK_SH), 0);
    auto const clearLine = "-s " + state_.string() + " clear traffic-policy counters";
-   expectRuns({{clearLine,
-                {},
-                1,
-                "cannot write the counter snapshots: cannot create " + snapshots_.string() +
-                    ".tmp: Is a directory"}});
-   EXPECT_EQ(fileText(snapshots_), before);
-   fs::remove(snapshots_.string() + ".lock");
-   fs::create_directory(snapshots_.string() + ".lock");
-   expectRuns({{clearLine, {}, 1, "cannot lock " + snapshots_.string() + ".lock: Is a directory"}});
+   expectRuns({
+       {clearLine,
+        {{"TPCLI_LOCK_WAIT=0.2"}},
+        1,
+        "cannot lock " + lock + ": still held after 0.2 s by process " + std::to_string(getpid())},
+       {clearLine, {{"TPCLI_LOCK_WAIT=soon"}}, 2, "TPCLI_LOCK_WAIT: expected a number of seconds"},
+   });
+
+   int const nothing = open("/dev/null", O_WRONLY | O_CLOEXEC);
+   auto const waiting =
+       startTpcli(wordsOf(clearLine), {{"TPCLI_LOCK_WAIT=60"}, Output::given, nothing});
+   // Once it has the lock file open, it is waiting, with its SIGINT handler in place.
+   auto const hasOpen = [&lock](pid_t pid) {
+      std::error_code error;
+      for (auto const& fd : fs::directory_iterator("/proc/" + std::to_string(pid) + "/fd", error)) {
+         if (fs::read_symlink(fd.path(), error) == lock) {
+            return true;
+         }
+      }
+      return false;
+   };
+   for (int tries = 0; tries < 1000 && !hasOpen(waiting); ++tries) {
+      usleep(10000);
+   }
+   kill(waiting, SIGINT);
+   EXPECT_EQ(waitForExit(waiting), 130);
+   EXPECT_FALSE(fs::exists(snapshots_));
+   close(nothing);
+   close(held);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothBackends, TpcliClearTest, testing::Bool(),

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -29,6 +30,7 @@
 #include "tpcli/Pager.h"
 #include "tpcli/ShowLibrary.h"
 #include "tpcli/StandardOutput.h"
+#include "tpcli/ValueParsers.h"
 #include "vellum/SigIntException.h"
 
 namespace tpcli {
@@ -123,18 +125,39 @@ ExitCode show(Options const& options, ShowRequest const& request, vellum::Output
    return vellum::sigIntNoticed() ? ExitCode::interrupted : ExitCode::done;
 }
 
+// How long a clear waits for another's lock: TPCLI_LOCK_WAIT seconds when set.
+std::chrono::milliseconds lockPatience() {
+   auto const* fromEnvironment = std::getenv("TPCLI_LOCK_WAIT");
+   if (!fromEnvironment) {
+      return StateLoader::SnapshotLock::kPatience;
+   }
+   auto const patience = parseSeconds(fromEnvironment);
+   if (!patience) {
+      throw CommandError(ExitCode::usage, "TPCLI_LOCK_WAIT: expected a number of seconds");
+   }
+   return *patience;
+}
+
+StateLoader::SnapshotLock lockedSnapshots(std::string const& statePath) {
+   auto lock =
+       StateLoader::SnapshotLock::acquire(StateLoader::snapshotPathOf(statePath), lockPatience());
+   return valueOr(std::move(lock),
+                  vellum::sigIntNoticed() ? ExitCode::interrupted : ExitCode::failed);
+}
+
 // The snapshots are read under the lock, so that what this clear writes back holds the work of
-// every clear before it.
+// every clear before it. A clear that the user interrupted writes nothing.
 ExitCode clear(Options const& options, ClearCountersRequest const& request) {
    auto const library =
        valueOr(ShowLibrary::open(showLibraryPath(options.libraryPath)), ExitCode::failed);
    auto const statePath = statePathOf(options);
    auto state = loadedState(statePath);
-   auto const lock =
-       valueOr(StateLoader::SnapshotLock::acquire(StateLoader::snapshotPathOf(statePath)),
-               ExitCode::failed);
+   auto const lock = lockedSnapshots(statePath);
    readSnapshotsBeside(statePath, state);
    clearCounters(library.factories(), state, request);
+   if (vellum::sigIntNoticed()) {
+      throw CommandError(ExitCode::interrupted, "interrupted; the counter snapshots are unchanged");
+   }
    failIf(lock.write(state), ExitCode::failed);
    return ExitCode::done;
 }

@@ -17,6 +17,19 @@ std::optional<std::uint32_t> parseNumber(std::string_view text, std::uint32_t lo
    return number;
 }
 
+std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text) {
+   constexpr double kDay = 86400;
+   double seconds = 0;
+   auto const [end, error] =
+       std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
+   // Written so that NaN fails too.
+   if (text.empty() || error != std::errc() || end != text.data() + text.size() ||
+       !(seconds >= 0 && seconds <= kDay)) {
+      return std::nullopt;
+   }
+   return std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+}
+
 namespace {
 
 Kel::Expected<Classification::NumericalRange> parseRange(std::string_view text,
@@ -39,11 +52,11 @@ Kel::Expected<Classification::NumericalRange> parseRange(std::string_view text,
 }  // namespace
 
 Kel::Expected<Classification::PortRange> parsePortRange(std::string_view text) {
-   return parseRange(text, 0, 65535);
+   return parseRange(text, 0, Classification::kHighestPort);
 }
 
 Kel::Expected<Classification::VlanRange> parseVlanRange(std::string_view text) {
-   return parseRange(text, 1, 4094);
+   return parseRange(text, Classification::kLowestVlan, Classification::kHighestVlan);
 }
 
 Kel::Expected<Quoll::IpGenPrefix> parsePrefixOfFamily(std::string_view text, bool ipv4) {

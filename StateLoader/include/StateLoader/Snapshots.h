@@ -6,6 +6,7 @@
 // half-way, sees the old file or the new one, never a mix.
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string>
 
@@ -18,15 +19,23 @@ std::string snapshotPathOf(std::string const& statePath);
 
 // Fills the snapshot stores of `state` from the file at `path`; when there is no such file they
 // stay as they are. A file that cannot be read, or whose content is not a snapshot file, is a
-// failure like a bad state file's: "FILE: /json/pointer: what is wrong".
+// failure like a bad state file's: "FILE: /json/pointer: what is wrong". So is a link, or a file
+// that another user owns or can write: its counts could be anyone's.
 std::optional<Kel::Failure> readSnapshots(std::string const& path, DeviceState& state);
 
 // The exclusive right to replace the snapshot file, held until destruction. The lock is taken on
 // "FILE.lock", which stays in place: removing it could let two clears lock two different files.
 class SnapshotLock {
  public:
-   // Waits until no other clear holds the lock. Fails with "cannot lock FILE.lock: REASON".
-   static Kel::Expected<SnapshotLock> acquire(std::string const& path);
+   // How long a clear waits for others to finish, unless told otherwise.
+   static constexpr std::chrono::milliseconds kPatience{10'000};
+
+   // Waits at most `patience` until no other clear holds the lock, and no longer once the user
+   // interrupts (SIGINT). Fails with "cannot lock FILE.lock: REASON", naming the holder when the
+   // wait ran out, or "interrupted while waiting for the lock FILE.lock". A lock or snapshot
+   // file that is a link, or that another user owns or can write, is refused: "FILE: REASON".
+   static Kel::Expected<SnapshotLock> acquire(std::string const& path,
+                                              std::chrono::milliseconds patience = kPatience);
 
    SnapshotLock(SnapshotLock&& other) noexcept;
    SnapshotLock& operator=(SnapshotLock&& other) noexcept;
@@ -34,9 +43,9 @@ class SnapshotLock {
    SnapshotLock& operator=(SnapshotLock const&) = delete;
    ~SnapshotLock();
 
-   // Replaces the file with the snapshot stores of every direction of `state`: written to
-   // "FILE.tmp", synced, then renamed over the file. Fails with "cannot write the counter
-   // snapshots: REASON", where the reason names the file and the step that failed.
+   // Replaces the file with the snapshot stores of every direction of `state`: written to a new
+   // file "FILE.tmp.XXXXXX", synced, then renamed over the file. Fails with "cannot write the
+   // counter snapshots: REASON", where the reason names the file and the step that failed.
    std::optional<Kel::Failure> write(DeviceState const& state) const;
 
  private:

@@ -38,6 +38,12 @@ struct NumericalRange {
 // Its text form.
 Kel::Value toValue(NumericalRange const& range);
 
+// The values that port and VLAN ranges may hold, wherever one is read: a state file or a command.
+// VLAN 4095 is reserved on the wire but may still stand in a set.
+inline constexpr std::uint32_t kHighestPort = 65535;
+inline constexpr std::uint32_t kLowestVlan = 1;
+inline constexpr std::uint32_t kHighestVlan = 4095;
+
 using PortRange = NumericalRange;
 using VlanRange = NumericalRange;
 using ProtocolRange = NumericalRange;

@@ -3,6 +3,7 @@
 // what was expected, for the grammar to put after the word it rejects.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -17,9 +18,12 @@ namespace tpcli {
 std::optional<std::uint32_t> parseNumber(std::string_view text, std::uint32_t lowest,
                                          std::uint32_t highest);
 
-// 0 to 65535.
+// Seconds as a plain decimal number ("10", "0.25"), from 0 to a day.
+std::optional<std::chrono::milliseconds> parseSeconds(std::string_view text);
+
+// 0 to 65535, as in a state file.
 Kel::Expected<Classification::PortRange> parsePortRange(std::string_view text);
-// 1 to 4094.
+// 1 to 4095, as in a state file.
 Kel::Expected<Classification::VlanRange> parseVlanRange(std::string_view text);
 // "ADDRESS/LENGTH" or a bare address for its host prefix, in IPv4 or IPv6 as asked.
 Kel::Expected<Quoll::IpGenPrefix> parsePrefixOfFamily(std::string_view text, bool ipv4);
