@@ -164,9 +164,9 @@ std::optional<Kel::Failure> readSnapshots(std::string const& path, DeviceState& 
       return std::nullopt;
    }
    try {
-      simdjson::dom::parser parser;
+      simdjson::dom::document document;
       Where const top = Where::root();
-      readMembers(Node{parseStateFile(parser, path), top}, kDirectionMembers, state);
+      readMembers(Node{parseStateFile(document, path), top}, kDirectionMembers, state);
       return std::nullopt;
    } catch (StateError const& error) {
       return Kel::Failure{reasonOf(path, error)};
