@@ -8,9 +8,14 @@
 // "v6-large" of that many /64 prefixes. --rule-prefixes sets how many literal source prefixes each
 // rule has (16 by default; the show benchmark uses typical rules of 2).
 //
+// --peer-rules N writes instead the state that is set beside a packet filter's ruleset of the same
+// N rules: one policy on one interface, rule i with source 10.a.b.0/24 and destination
+// 192.168.a.0/24 (a = i mod 250, b = (i div 250) mod 250), TCP destination ports 1000-2000, a
+// count and a drop, each rule programmed for IPv4 and counting packets and bytes.
+//
 //   generate_state [--policies N] [--rules N] [--interfaces N] [--prefix-sets N]
 //                  [--prefixes N] [--except-prefixes N] [--ipv6-prefixes N]
-//                  [--rule-prefixes N] [--unsorted-prefixes] [--output FILE]
+//                  [--rule-prefixes N] [--unsorted-prefixes] [--peer-rules N] [--output FILE]
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
@@ -32,6 +37,7 @@ struct Scale {
    std::uint32_t exceptPrefixes = 1;
    std::uint32_t ipv6Prefixes = 0;
    std::uint32_t rulePrefixes = 16;
+   std::uint32_t peerRules = 0;
    bool unsortedPrefixes = false;
    std::string output = "-";
 };
@@ -232,8 +238,52 @@ void writeStatus(Output& out, Scale const& scale) {
    out << "}}}";
 }
 
+void writePeerRule(Output& out, std::uint32_t rule) {
+   std::uint32_t const a = rule % 250;
+   std::uint32_t const b = rule / 250 % 250;
+   out << "\"rule-" << rule << "\": {\"sequence\": " << std::uint64_t{rule} + 1
+       << ", \"match\": {\"ipv4\": {\"sources\": [\"10." << a << "." << b
+       << ".0/24\"], \"destinations\": [\"192.168." << a
+       << ".0/24\"], \"protocols\": {\"6\": {\"ports\": [{\"destinations\": "
+          "[\"1000-2000\"]}]}}}}, \"actions\": {\"count\": {}, \"drop\": true}}";
+}
+
+void writePeerRuleStatus(Output& out, std::uint32_t rules) {
+   out << "\"status\": {\"interfaceInput\": {\"byteCountersSupported\": true, \"policies\": "
+          "{\"filter\": {\"rules\": {";
+   Separator statuses;
+   for (std::uint32_t rule = 0; rule < rules; ++rule) {
+      out << statuses() << "\"rule-" << rule << "\": [\"ipv4\"]";
+   }
+   out << "}, \"interfaces\": {\"Ethernet1\": {\"ipv4\": {\"state\": \"programmed\"}}}, "
+          "\"ruleCounters\": {";
+   Separator counters;
+   for (std::uint32_t rule = 0; rule < rules; ++rule) {
+      out << counters() << "\"rule-" << rule << "\": {\"instanceId\": 1, \"packets\": " << rule
+          << ", \"bytes\": " << std::uint64_t{rule} * 64 << "}";
+   }
+   out << "}}}}}";
+}
+
+void writePeerState(Output& out, std::uint32_t rules) {
+   out << "{\"hardware\": {\"ingressCounterGranularity\": \"perPolicy\"},\n"
+          "\"trafficPolicies\": {\"filter\": {\"rules\": {";
+   Separator separator;
+   for (std::uint32_t rule = 0; rule < rules; ++rule) {
+      out << separator();
+      writePeerRule(out, rule);
+   }
+   out << "}}},\n\"interfaces\": {\"input\": {\"Ethernet1\": \"filter\"}},\n";
+   writePeerRuleStatus(out, rules);
+   out << "}\n";
+}
+
 bool writeState(std::FILE* file, Scale const& scale) {
    Output out(file);
+   if (scale.peerRules > 0) {
+      writePeerState(out, scale.peerRules);
+      return out.flush();
+   }
    out << "{\"hardware\": {\"sharedMemoryCounters\": false, \"ingressCounterGranularity\": "
           "\"perPolicy\"},\n";
    writeFieldSets(out, scale);
@@ -262,7 +312,8 @@ bool parseArguments(int argc, char** argv, Scale& scale) {
        {"--policies", &Scale::policies},          {"--rules", &Scale::rules},
        {"--interfaces", &Scale::interfaces},      {"--prefix-sets", &Scale::prefixSets},
        {"--prefixes", &Scale::prefixes},          {"--except-prefixes", &Scale::exceptPrefixes},
-       {"--ipv6-prefixes", &Scale::ipv6Prefixes}, {"--rule-prefixes", &Scale::rulePrefixes}};
+       {"--ipv6-prefixes", &Scale::ipv6Prefixes}, {"--rule-prefixes", &Scale::rulePrefixes},
+       {"--peer-rules", &Scale::peerRules}};
    for (int index = 1; index < argc; ++index) {
       std::string_view const name = argv[index];
       if (name == "--unsorted-prefixes") {
@@ -295,7 +346,7 @@ int main(int argc, char** argv) {
       std::fputs(
           "usage: generate_state [--policies N] [--rules N] [--interfaces N] "
           "[--prefix-sets N] [--prefixes N] [--except-prefixes N] [--ipv6-prefixes N] "
-          "[--rule-prefixes N] [--unsorted-prefixes] [--output FILE]\n",
+          "[--rule-prefixes N] [--unsorted-prefixes] [--peer-rules N] [--output FILE]\n",
           stderr);
       return 2;
    }

@@ -25,15 +25,16 @@ namespace {
 
 }  // namespace
 
-simdjson::dom::element parseStateFile(simdjson::dom::parser& parser, std::string const& path) {
+simdjson::dom::element parseStateFile(simdjson::dom::document& document, std::string const& path) {
    auto const bytes =
        readStateFile(path, simdjson::SIMDJSON_PADDING, simdjson::SIMDJSON_MAXSIZE_BYTES);
    auto const text = bytes.text();
+   simdjson::dom::parser parser;
    // The parser counts a scalar inside the innermost list as one more level than we do.
    if (parser.allocate(text.size(), kMaxNesting + 1) != simdjson::SUCCESS) {
       throw std::bad_alloc();
    }
-   auto const parsed = parser.parse(text.data(), text.size(), false);
+   auto const parsed = parser.parse_into_document(document, text.data(), text.size(), false);
    if (parsed.error() != simdjson::SUCCESS) {
       failRefused(text, parsed.error());
    }

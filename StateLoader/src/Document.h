@@ -1,5 +1,6 @@
 // A state file read and parsed into simdjson's document, or the first fault of its JSON text with
-// its place. The file's bytes are released once parsed: the document keeps its own copies.
+// its place. The file's bytes and the parser's index of the text are released once parsed, before
+// the entities grow: the document keeps its own copies.
 #pragma once
 
 #include <simdjson.h>
@@ -13,7 +14,7 @@ namespace StateLoader {
 // before it is walked.
 inline constexpr std::size_t kMaxNesting = 32;
 
-// The root value; it lives as long as `parser`. Throws StateError.
-simdjson::dom::element parseStateFile(simdjson::dom::parser& parser, std::string const& path);
+// The root value; it lives as long as `document`. Throws StateError.
+simdjson::dom::element parseStateFile(simdjson::dom::document& document, std::string const& path);
 
 }  // namespace StateLoader

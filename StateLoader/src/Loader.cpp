@@ -12,8 +12,8 @@ namespace StateLoader {
 
 Kel::Expected<DeviceState> loadState(std::string const& path) {
    try {
-      simdjson::dom::parser parser;
-      return readDeviceState(parseStateFile(parser, path));
+      simdjson::dom::document document;
+      return readDeviceState(parseStateFile(document, path));
    } catch (StateError const& error) {
       return Kel::Failure{reasonOf(path, error)};
    } catch (std::bad_alloc const&) {

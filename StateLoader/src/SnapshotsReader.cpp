@@ -167,9 +167,9 @@ std::optional<Kel::Failure> readSnapshots(std::string const& path, DeviceState& 
       return std::nullopt;
    }
    try {
-      simdjson::dom::parser parser;
+      simdjson::dom::document document;
       Where const top = Where::root();
-      readMembers(Node{parseStateFile(parser, pathOfDescriptor(*file)), top}, kDirectionMembers,
+      readMembers(Node{parseStateFile(document, pathOfDescriptor(*file)), top}, kDirectionMembers,
                   state);
       return std::nullopt;
    } catch (StateError const& error) {

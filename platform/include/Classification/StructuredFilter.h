@@ -7,6 +7,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -115,44 +116,63 @@ struct EncapsulationField {
    EncapsulationType encapsulationType = EncapsulationType::none;
 };
 
+// Most rules match on addresses, field sets, protocols and a DSCP value; those criteria live in the
+// filter itself. The rest, which most rules leave empty, sit in one block that the first write to
+// any of them allocates, so that a rule pays only for the criteria it uses. Reading an absent
+// criterion gives an empty one.
 class StructuredFilter : public Kel::Entity {
+   struct RareCriteria {
+      std::vector<VlanRangeSet> vlanTags;
+      PrefixSet sourceLpms;
+      NameSet srcLpmPrefixSets;
+      PrefixSet destinationLpms;
+      NameSet dstLpmPrefixSets;
+      RangeSet length;
+      std::optional<Fragment> fragment;
+      RangeSet ttl;
+      Kel::Ptr<StructuredFilter const> innerMatch;
+   };
+
  public:
+   StructuredFilter() = default;
+   ~StructuredFilter() override;
+
    Kel::TypeInfo const& fwkType() const override;
 
-   std::vector<VlanRangeSet> const& vlanTags() const noexcept { return vlanTags_; }
-   std::vector<VlanRangeSet>& vlanTags() noexcept { return vlanTags_; }
+   std::vector<VlanRangeSet> const& vlanTags() const noexcept { return rare().vlanTags; }
+   std::vector<VlanRangeSet>& vlanTags() { return rare().vlanTags; }
 
    PrefixSet const& sources() const noexcept { return sources_; }
    PrefixSet& sources() noexcept { return sources_; }
    NameSet const& srcPrefixSets() const noexcept { return srcPrefixSets_; }
    NameSet& srcPrefixSets() noexcept { return srcPrefixSets_; }
-   PrefixSet const& sourceLpms() const noexcept { return sourceLpms_; }
-   PrefixSet& sourceLpms() noexcept { return sourceLpms_; }
-   NameSet const& srcLpmPrefixSets() const noexcept { return srcLpmPrefixSets_; }
-   NameSet& srcLpmPrefixSets() noexcept { return srcLpmPrefixSets_; }
+   PrefixSet const& sourceLpms() const noexcept { return rare().sourceLpms; }
+   PrefixSet& sourceLpms() { return rare().sourceLpms; }
+   NameSet const& srcLpmPrefixSets() const noexcept { return rare().srcLpmPrefixSets; }
+   NameSet& srcLpmPrefixSets() { return rare().srcLpmPrefixSets; }
 
    PrefixSet const& destinations() const noexcept { return destinations_; }
    PrefixSet& destinations() noexcept { return destinations_; }
    NameSet const& dstPrefixSets() const noexcept { return dstPrefixSets_; }
    NameSet& dstPrefixSets() noexcept { return dstPrefixSets_; }
-   PrefixSet const& destinationLpms() const noexcept { return destinationLpms_; }
-   PrefixSet& destinationLpms() noexcept { return destinationLpms_; }
-   NameSet const& dstLpmPrefixSets() const noexcept { return dstLpmPrefixSets_; }
-   NameSet& dstLpmPrefixSets() noexcept { return dstLpmPrefixSets_; }
+   PrefixSet const& destinationLpms() const noexcept { return rare().destinationLpms; }
+   PrefixSet& destinationLpms() { return rare().destinationLpms; }
+   NameSet const& dstLpmPrefixSets() const noexcept { return rare().dstLpmPrefixSets; }
+   NameSet& dstLpmPrefixSets() { return rare().dstLpmPrefixSets; }
 
    Kel::OrderedMap<ProtocolRange, Kel::Ptr<ProtoField>> const& proto() const noexcept {
       return proto_;
    }
    Kel::OrderedMap<ProtocolRange, Kel::Ptr<ProtoField>>& proto() noexcept { return proto_; }
 
-   RangeSet const& length() const noexcept { return length_; }
-   RangeSet& length() noexcept { return length_; }
-   std::optional<Fragment> const& fragment() const noexcept { return fragment_; }
-   void fragmentIs(std::optional<Fragment> fragment) { fragment_ = std::move(fragment); }
+   RangeSet const& length() const noexcept { return rare().length; }
+   RangeSet& length() { return rare().length; }
+   std::optional<Fragment> const& fragment() const noexcept { return rare().fragment; }
+   void fragmentIs(std::optional<Fragment> fragment) { rare().fragment = std::move(fragment); }
    RangeSet const& dscp() const noexcept { return dscp_; }
    RangeSet& dscp() noexcept { return dscp_; }
-   RangeSet const& ttl() const noexcept { return ttl_; }
-   RangeSet& ttl() noexcept { return ttl_; }
+   RangeSet const& ttl() const noexcept { return rare().ttl; }
+   RangeSet& ttl() { return rare().ttl; }
 
    bool matchBgpNeighbors() const noexcept { return matchBgpNeighbors_; }
    void matchBgpNeighborsIs(bool match) noexcept { matchBgpNeighbors_ = match; }
@@ -164,32 +184,30 @@ class StructuredFilter : public Kel::Entity {
    EncapsulationField const& encapField() const noexcept { return encapField_; }
    void encapFieldIs(EncapsulationField field) noexcept { encapField_ = field; }
    // The inner header of an encapsulated packet; null when the rule does not look inside.
-   Kel::Ptr<StructuredFilter const> const& innerMatch() const noexcept { return innerMatch_; }
-   void innerMatchIs(Kel::Ptr<StructuredFilter const> inner) { innerMatch_ = std::move(inner); }
+   Kel::Ptr<StructuredFilter const> const& innerMatch() const noexcept { return rare().innerMatch; }
+   void innerMatchIs(Kel::Ptr<StructuredFilter const> inner) {
+      rare().innerMatch = std::move(inner);
+   }
    // The address family of this header (meaningful for an inner header).
    Quoll::AddressFamily addressFamily() const noexcept { return addressFamily_; }
    void addressFamilyIs(Quoll::AddressFamily family) noexcept { addressFamily_ = family; }
 
  private:
-   std::vector<VlanRangeSet> vlanTags_;
+   static RareCriteria const& noRareCriteria() noexcept;
+   RareCriteria const& rare() const noexcept { return rare_ ? *rare_ : noRareCriteria(); }
+   RareCriteria& rare();
+
    PrefixSet sources_;
    NameSet srcPrefixSets_;
-   PrefixSet sourceLpms_;
-   NameSet srcLpmPrefixSets_;
    PrefixSet destinations_;
    NameSet dstPrefixSets_;
-   PrefixSet destinationLpms_;
-   NameSet dstLpmPrefixSets_;
    Kel::OrderedMap<ProtocolRange, Kel::Ptr<ProtoField>> proto_;
-   RangeSet length_;
-   std::optional<Fragment> fragment_;
    RangeSet dscp_;
-   RangeSet ttl_;
+   std::unique_ptr<RareCriteria> rare_;
    bool matchBgpNeighbors_ = false;
    bool matchBgpProtocol_ = false;
    bool matchIpOptions_ = false;
    EncapsulationField encapField_;
-   Kel::Ptr<StructuredFilter const> innerMatch_;
    Quoll::AddressFamily addressFamily_ = Quoll::AddressFamily::none;
 };
 

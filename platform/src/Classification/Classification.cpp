@@ -64,6 +64,20 @@ Kel::TypeInfo const& ProtoField::fwkType() const {
    return info;
 }
 
+StructuredFilter::~StructuredFilter() = default;
+
+StructuredFilter::RareCriteria const& StructuredFilter::noRareCriteria() noexcept {
+   static RareCriteria const none;
+   return none;
+}
+
+StructuredFilter::RareCriteria& StructuredFilter::rare() {
+   if (!rare_) {
+      rare_ = std::make_unique<RareCriteria>();
+   }
+   return *rare_;
+}
+
 Kel::TypeInfo const& StructuredFilter::fwkType() const {
    static Kel::TypeInfo const info(
        "Classification::StructuredFilter", nullptr,

@@ -224,8 +224,8 @@ class SortedChunks {
    }
 
    Place insertAt(Place place, Value value) {
-      sizeChangedBy(1);
       if (atEnd(place)) {
+         sizeChangedBy(1);
          // Past the last key: append to the last chunk, or open a new one when it is full.
          if (empty() || lastChunk().size() < kChunkCapacity) {
             auto& last = empty() ? first_ : lastChunk();
@@ -237,12 +237,18 @@ class SortedChunks {
          addChunk(chunkCount(), std::move(opened));
          return {chunkCount() - 1, 0};
       }
-      auto& target = chunk(place.chunk);
-      target.insert(target.begin() + static_cast<std::ptrdiff_t>(place.position), std::move(value));
-      if (target.size() <= kChunkCapacity) {
-         return place;
+      if (chunk(place.chunk).size() == kChunkCapacity) {
+         place = split(place);
       }
-      return split(place);
+      sizeChangedBy(1);
+      auto& target = chunk(place.chunk);
+      // Chunks filled out of order are often left half full by a split: grow them by half rather
+      // than doubling, so that their spare room stays a small part of them.
+      if (target.size() == target.capacity()) {
+         target.reserve(std::min(kChunkCapacity, target.size() + target.size() / 2 + 1));
+      }
+      target.insert(target.begin() + static_cast<std::ptrdiff_t>(place.position), std::move(value));
+      return place;
    }
 
    // Puts a chunk at `index` (from 1 up), moving the later ones along.
@@ -255,15 +261,17 @@ class SortedChunks {
                            std::move(added));
    }
 
-   // Moves the upper half of an overfull chunk into a new chunk after it.
+   // Moves the upper half of a full chunk into a new chunk after it; both halves keep only the
+   // room they use.
    Place split(Place place) {
       auto& lower = chunk(place.chunk);
       auto const half = lower.size() / 2;
       Chunk upper;
-      upper.reserve(kChunkCapacity);
+      upper.reserve(lower.size() - half);
       std::move(lower.begin() + static_cast<std::ptrdiff_t>(half), lower.end(),
                 std::back_inserter(upper));
       lower.resize(half);
+      lower.shrink_to_fit();
       addChunk(place.chunk + 1, std::move(upper));
       return place.position < half ? place : Place{place.chunk + 1, place.position - half};
    }
