@@ -1,13 +1,14 @@
 // The benchmark's scale-state generator: what it writes is JSON to an independent parser, loads,
-// and holds the numbers of policies, rules, interfaces and prefixes it was asked for.
+// and holds the numbers of policies, rules, interfaces and prefixes it was asked for; the state set
+// beside a packet filter's ruleset holds its one policy of that many rules.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>
 
 #include "StateLoader/Loader.h"
-#include "support/TempStateFiles.h"
 #include "support/CapturedOutput.h"
+#include "support/TempStateFiles.h"
 
 namespace {
 
@@ -55,6 +56,32 @@ TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
       }
       EXPECT_EQ(state.interfaceInput.status->policyMapStatus().size(), row.policies) << name;
    }
+}
+
+// Rule names sort out of their sequence order (rule-10 before rule-2), so the loader's maps fill
+// across many chunk splits.
+TEST(GeneratedState, PeerRulesLoadAsOnePolicyOnOneInterface) {
+   testing_support::TempStateFiles const files;
+   constexpr std::uint32_t kRules = 1000;
+   auto const path = (files.folder() / "peer.json").string();
+   auto const command = std::string(GENERATE_STATE) + " --peer-rules " + std::to_string(kRules) +
+                        " --output " + path;
+   ASSERT_EQ(std::system(command.c_str()), 0);
+   auto const json = testing_support::parseJson(testing_support::readFile(path));
+   EXPECT_EQ(json["trafficPolicies"]["filter"]["rules"].size(), kRules);
+
+   auto const loaded = StateLoader::loadState(path);
+   ASSERT_TRUE(loaded) << loaded.reason();
+   auto const& state = loaded.value();
+   auto const* policy = state.config->policyMapConfig().lookup("filter");
+   ASSERT_NE(policy, nullptr);
+   EXPECT_EQ((*policy)->currCfg()->rule().size(), kRules);
+   EXPECT_EQ((*policy)->currCfg()->classMap().size(), kRules);
+   auto const* status = state.interfaceInput.status->policyMapStatus().lookup("filter");
+   ASSERT_NE(status, nullptr);
+   EXPECT_EQ((*status)->classMapStatus().size(), kRules);
+   EXPECT_EQ((*status)->classCounter().size(), kRules);
+   EXPECT_EQ(state.intfConfigInput->intf().size(), 1u);
 }
 
 }  // namespace
