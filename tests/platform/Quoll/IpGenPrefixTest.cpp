@@ -123,14 +123,6 @@ TEST(IpGenPrefixValue, ConstructionMasksHostBitsAtEveryWidth) {
    }
 }
 
-TEST(IpGenPrefixValue, NullPrefixHasNoFamily) {
-   IpGenPrefix const null;
-   EXPECT_TRUE(null.isNullPrefix());
-   EXPECT_EQ(null.family(), AddressFamily::none);
-   EXPECT_EQ(null.length(), 0);
-   EXPECT_TRUE(IpGenPrefix(IpAddr(), 24).isNullPrefix());
-}
-
 TEST(IpGenPrefixFormat, WritesExactlyTheReturnedLength) {
    std::string_view const longest = "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128";
    char buffer[IpGenPrefix::kMaxTextLength + 8];
