@@ -1,7 +1,7 @@
 // tpcli as a process on a loaded device state (the bundled example): JSON is JSON, and the output
 // ends as documented when its reader goes away, the disk is full, an invariant breaks, the user
-// interrupts, or a terminal pages it. Most runs use the fake show library, which writes back its
-// arguments and as much filler as a test asks for.
+// interrupts, or a terminal pages it or its pager cannot run. Most runs use the fake show library,
+// which writes back its arguments and as much filler as a test asks for.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -65,6 +65,10 @@ TEST(TpcliWithStateTest, OutputEndsAsDocumented) {
         "internal error: assertion \""},
        {kFake + "show traffic-policy interface",
         terminal.setup({kLotsOfLines, "PAGER=head -c 100 >/dev/null"}), 0, ""},
+       {kFake + "show traffic-policy interface",
+        terminal.setup({"PAGER=exec /nonexistent/pager 2>/dev/null"}), 1,
+        "cannot run the pager \"exec /nonexistent/pager 2>/dev/null\" (set PAGER, or use "
+        "--no-pager)"},
    });
 }
 
