@@ -26,13 +26,6 @@ constexpr char kNamedCounter[] =
     R"("namedCounters": {"c1": {"instanceId": 2, "packets": 40, "bytes": 3000}})";
 
 GoldenActions const kGoldenActions[] = {
-    {"a single drop",
-     {.actions = R"({"drop": true})"},
-     {.leaveOutMatches = true},
-     R"(    match r1 ipv4
-       Actions: Drop
-)",
-     R"({"actions": {"drop": true}, "matchOption": "ipv4", "ruleString": "r1"})"},
     {"every plain kind, later ones under the first",
      {.actions = R"({"log": true, "goto": {"match": "r2"}, "police": {"rate": 2, "unit": "mbps"},
                      "setTc": 5, "stripHeaderBytes": "dot1q", "setDscp": 46, "drop": true})"},
@@ -155,13 +148,6 @@ GoldenActions const kGoldenActions[] = {
 )",
      R"({"actions": {"count": 100, "inputCounter": 100, "log": true}, "matchOption": "ipv4",
          "ruleString": "r1"})"},
-    {"interfaces: output only",
-     {.actions = R"({"count": {}})", .policyStatus = kRuleCounter, .variant = Variant::interface},
-     {.leaveOutMatches = true, .filterOutputPolicies = true, .variant = Variant::interface},
-     R"(    match r1 ipv4
-       Actions: Count: N/A (output)
-)",
-     R"({"actions": {}, "matchOption": "ipv4", "ruleString": "r1"})"},
     {"interfaces: input only",
      {.actions = R"({"count": {}})", .policyStatus = kRuleCounter, .variant = Variant::interface},
      {.leaveOutMatches = true, .filterInputPolicies = true, .variant = Variant::interface},

@@ -1,5 +1,5 @@
 // The caching pipeline: which policies and rules get cached, in which order and index, what is
-// flagged as undefined, where counters come from, and that walks survive changes under them.
+// flagged as undefined, and that walks survive changes under them.
 #include <gtest/gtest.h>
 
 #include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
@@ -171,34 +171,6 @@ TEST_F(CachingTest, StatusWithoutConfigurationOrCurrentSubConfiguration) {
    EXPECT_FALSE(show->policyState("orphan")->policyMapConfig());
    EXPECT_TRUE(traced("7 PolicyMapConfig not found for orphan"));
    EXPECT_TRUE(traced("7 currCfg not found for draft"));
-}
-
-TEST_F(CachingTest, CountersComeFromTheSourceTheHardwarePublishes) {
-   for (bool sharedMemory : {false, true}) {
-      Device device;
-      device.hardware->sharedMemoryCountersIs(sharedMemory);
-      auto sub = device.configure("p1");
-      sub->namedCounter().insert("c1");
-      Device::rule(*sub, 10, "r1");
-      auto pmapStatus = device.report("p1");
-      Device::processed(*pmapStatus, "r1", {ClassMapMatchOption::ipv4});
-      auto ruleData = Kel::make<PolicyMap::PacketDataStatus>("r1", 1);
-      auto counterData = Kel::make<PolicyMap::PacketDataStatus>("c1", 1);
-      if (sharedMemory) {
-         auto counters = Kel::make<PolicyMap::Counters::PolicyMapCounters>();
-         counters->classCounter().insertOrAssign("r1", ruleData);
-         counters->namedCounter().insertOrAssign("c1", counterData);
-         device.table->policyMapCounters().insertOrAssign({"p1", ""}, counters);
-      } else {
-         pmapStatus->classCounter().insertOrAssign("r1", ruleData);
-         pmapStatus->namedCounter().insertOrAssign("c1", counterData);
-      }
-      auto show = device.showObject();
-      show->cachePoliciesState();
-      auto const record = show->policyState("p1");
-      EXPECT_TRUE(record->inputClassCounters().contains("r1")) << sharedMemory;
-      EXPECT_TRUE(record->inputNamedCounters().contains("c1")) << sharedMemory;
-   }
 }
 
 // Changes the status collection while the policy walk runs.

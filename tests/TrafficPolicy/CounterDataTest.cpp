@@ -109,15 +109,4 @@ TEST_F(CounterDataTest, NoSnapshotStoreShowsTheLiveCount) {
    EXPECT_EQ(getNamedByteCount(nullptr, data, "p1"), 420u);
 }
 
-TEST_F(CounterDataTest, CachedRecordsPerDirection) {
-   auto record = TrafficPolicyCli::policyStateInterfaceFactory("p1");
-   record->cacheClassCounterData(live("r1", 1, 1, 1), true);
-   record->cacheNamedCounterData(live("c1", 1, 2, 2), false);
-   TrafficPolicyCli::PolicyState::PtrConst const state = record;
-   EXPECT_TRUE(TrafficPolicyCli::getUnnamedCounterData(state, "r1", true));
-   EXPECT_FALSE(TrafficPolicyCli::getUnnamedCounterData(state, "r1", false));
-   EXPECT_TRUE(TrafficPolicyCli::getNamedCounterData(state, "c1", false));
-   EXPECT_FALSE(TrafficPolicyCli::getNamedCounterData(state, "c1", true));
-}
-
 }  // namespace

@@ -1,7 +1,7 @@
 // The field-set listings on configurations built in memory: what the state file cannot express
 // (sets without a current sub-configuration, null prefixes), the lock yields of large sets with
-// their ring messages and a change made while the lock is given up, the source word, and the
-// reflected attributes. The listings' exact output is checked by the golden tests of tpcli.
+// their ring messages and a change made while the lock is given up, and the source word. The
+// listings' exact output is checked by the golden tests of tpcli.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -141,24 +141,6 @@ TEST(ContentsSourceShowString, NamesTheSourceAndKeepsTheFirstComputedText) {
    EXPECT_TRUE(first == "controller" || first == "bgp" || first == "unknown") << first;
    EXPECT_EQ(word(ContentsSource::bgp, true), first);
    EXPECT_EQ(word(ContentsSource::unknown, false), first);
-}
-
-TEST(FieldSetListingReflection, AttributesInConstructorOrder) {
-   auto names = [](Kel::TypeInfo const& type) {
-      std::vector<std::string> result;
-      for (auto const* attribute : type.attributes()) {
-         result.push_back(attribute->name);
-      }
-      return result;
-   };
-   using Names = std::vector<std::string>;
-   EXPECT_EQ(names(TrafficPolicyCli::ShowTrafficPolicyPrefixFieldSet::typeInfo()),
-             (Names{"fieldSetConfig", "fieldSetName", "ipv4", "filterPrefix", "prefix", "exact",
-                    "foundMatches"}));
-   EXPECT_EQ(names(TrafficPolicyCli::ShowTrafficPolicyL4PortFieldSet::typeInfo()),
-             (Names{"fieldSetConfig", "fieldSetName", "filterPorts", "ports", "foundMatches"}));
-   EXPECT_EQ(names(TrafficPolicyCli::ShowTrafficPolicyVlanFieldSet::typeInfo()),
-             (Names{"fieldSetConfig", "fieldSetName", "filterVlans", "vlans", "foundMatches"}));
 }
 
 }  // namespace

@@ -76,28 +76,4 @@ TEST(InterfaceStatus, ProgrammedFailedAndErrorText) {
    }
 }
 
-TEST(InterfaceRecords, ListsAndErrorsKeyedByName) {
-   auto applied = TrafficPolicyCli::perAfIntfListFactory(ipv6);
-   for (char const* name : {"Ethernet3", "Ethernet1", "Ethernet2"}) {
-      applied->intfListIs(name, true);
-   }
-   std::vector<std::string> order;
-   for (auto const& [name, listed] : applied->intfList()) {
-      order.push_back(name.stringValue());
-   }
-   EXPECT_EQ(order, (std::vector<std::string>{"Ethernet1", "Ethernet2", "Ethernet3"}));
-   EXPECT_EQ(applied->matchOption(), ipv6);
-
-   auto errors = TrafficPolicyCli::interfaceInstallErrorFactory(ipv4);
-   errors->intfErrorIs("Ethernet1", "first");
-   errors->intfErrorIs("Ethernet1", "replaced");
-   EXPECT_EQ(*errors->intfError("Ethernet1"), "replaced");
-   EXPECT_EQ(errors->intfError("Ethernet9"), nullptr);
-
-   auto vrfStatus = TrafficPolicyCli::vrfIntfStatusFactory("blue");
-   EXPECT_EQ(vrfStatus->vrfName(), "blue");
-   EXPECT_EQ(vrfStatus->intfCount(), 0u);
-   EXPECT_EQ(*vrfStatus->attribute("vrfName"), Kel::Value(Kel::String("blue")));
-}
-
 }  // namespace

@@ -148,20 +148,6 @@ GoldenRule const kGoldenRules[] = {
      R"({"matchOption": "ipv4", "matches": {"protocols": [{"protocolRange": {"high": 17,
          "low": 17}, "srcExtL4PortFieldSet": [{"name": "web", "numPorts": 3}],
          "srcL4PortFieldSets": ["web"]}]}, "ruleString": "r1"})"},
-    {"ICMP types with codes and with all codes", "ipv4",
-     R"({"protocols": {"1": {"icmpTypes": {"8": [], "3": ["13", "0-4"]}}}})", true,
-     R"(    match r1 ipv4
-       Protocol: icmp
-          ICMP type: 3
-          ICMP code: 0-4
-                     13
-          ICMP type: 8
-          ICMP code: all
-)",
-     R"({"matchOption": "ipv4", "matches": {"protocols": [{"icmps": [{"icmpCodes": [{"high": 4,
-         "low": 0}, {"high": 13, "low": 13}], "icmpTypes": {"high": 3, "low": 3}},
-         {"icmpCodes": [], "icmpTypes": {"high": 8, "low": 8}}], "protocolRange": {"high": 1,
-         "low": 1}}]}, "ruleString": "r1"})"},
     {"DSCP names for single values, numbers for ranges; TTL", "ipv4",
      R"({"dscps": ["7", "46", "10-12"], "ttls": ["64", "1-2"]})", true, R"(    match r1 ipv4
        DSCP: 7
@@ -180,14 +166,6 @@ GoldenRule const kGoldenRules[] = {
 )",
      R"({"matchOption": "ipv4", "matches": {"fragment": {"fragmentOffsets": [{"high": 0,
          "low": 0}, {"high": 200, "low": 100}]}}, "ruleString": "r1"})"},
-    {"BGP and IP-options lines", "ipv4",
-     R"({"bgpNeighbors": true, "bgpProtocol": true, "ipOptions": true})", true, R"(    match r1 ipv4
-       protocol neighbors bgp
-       protocol bgp
-       IP options: all
-)",
-     R"({"matchOption": "ipv4", "matches": {"matchIpOptions": true, "matchL4Protocol": "bgp",
-         "neighborProtocol": "bgp"}, "ruleString": "r1"})"},
     {"inner header two blanks in, field sets of its own family", "ipv4",
      R"({"destinations": ["10.0.0.0/8"], "encapsulation": {"type": "gtpv1", "inner": {
          "addressFamily": "ipv6", "sources": ["2001:db8::/32"],

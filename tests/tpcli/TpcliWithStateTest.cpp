@@ -1,7 +1,7 @@
-// tpcli as a process on a loaded device state (the bundled example): every command form runs,
-// JSON is JSON, and the output ends as documented when its reader goes away, the disk is full, an
-// invariant breaks, the user interrupts, or a terminal pages it. Most runs use the fake show
-// library, which writes back its arguments and as much filler as a test asks for.
+// tpcli as a process on a loaded device state (the bundled example): JSON is JSON, and the output
+// ends as documented when its reader goes away, the disk is full, an invariant breaks, the user
+// interrupts, or a terminal pages it or its pager cannot run. Most runs use the fake show library,
+// which writes back its arguments and as much filler as a test asks for.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -51,20 +51,6 @@ class Terminal {
    int device_ = -1;
 };
 
-TEST(TpcliWithStateTest, EveryCommandRunsOnTheBundledExample) {
-   expectRuns({
-       {"show traffic-policy interface", {}, 0, ""},
-       {"sh traffic-policy int det", {}, 0, ""},
-       {"show traffic-policy interface input summary", {}, 0, ""},
-       {"show traffic-policy interface output errors", {}, 0, ""},
-       {"--revision 1 show traffic-policy cpu counters", {}, 0, ""},
-       {"show traffic-policy field-set ipv4 prefix contains 10.0.0.0/8", {}, 0, ""},
-       {"show traffic-policy field-set ipv6 prefix", {}, 0, ""},
-       {"show traffic-policy field-set l4-port contains 1-1024", {}, 0, ""},
-       {"show traffic-policy field-set vlan contains 100", {}, 0, ""},
-   });
-}
-
 TEST(TpcliWithStateTest, OutputEndsAsDocumented) {
    Terminal const terminal;
    expectRuns({
@@ -79,6 +65,10 @@ TEST(TpcliWithStateTest, OutputEndsAsDocumented) {
         "internal error: assertion \""},
        {kFake + "show traffic-policy interface",
         terminal.setup({kLotsOfLines, "PAGER=head -c 100 >/dev/null"}), 0, ""},
+       {kFake + "show traffic-policy interface",
+        terminal.setup({"PAGER=exec /nonexistent/pager 2>/dev/null"}), 1,
+        "cannot run the pager \"exec /nonexistent/pager 2>/dev/null\" (set PAGER, or use "
+        "--no-pager)"},
    });
 }
 

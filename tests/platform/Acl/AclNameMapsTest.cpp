@@ -1,32 +1,14 @@
-// The name maps: one shared instance, the names show commands print, and the tables' own sanity
+// The name maps: the names show commands print, and the tables' own sanity
 // (numbers within their field, no name given twice), which is where a typo would hide.
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string_view>
-#include <thread>
-#include <vector>
 
 #include "Acl/AclNameMaps.h"
 
 namespace Acl {
 namespace {
-
-TEST(AclNameMaps, OneInstanceForAllThreads) {
-   auto const first = AclNameMaps::instance();
-   ASSERT_TRUE(first);
-   std::vector<AclNameMaps const*> seen(8);
-   std::vector<std::thread> threads;
-   for (auto& slot : seen) {
-      threads.emplace_back([&slot] { slot = AclNameMaps::instance().get(); });
-   }
-   for (auto& thread : threads) {
-      thread.join();
-   }
-   for (auto const* maps : seen) {
-      EXPECT_EQ(maps, first.get());
-   }
-}
 
 enum class Map { dscp, ipProto, ip6Proto };
 
@@ -83,22 +65,6 @@ TEST(AclNameMaps, TablesStayWithinTheirFieldsAndNameEachNumberOnce) {
       }
    }
    EXPECT_EQ(maps->dscp().size(), 21u);
-}
-
-TEST(AclNameMaps, MapsAreReadOnlyAttributes) {
-   auto const maps = AclNameMaps::instance();
-   EXPECT_EQ(maps->fwkType().name(), "Acl::AclNameMaps");
-   for (char const* name : {"dscp", "ipProto", "ip6Proto"}) {
-      EXPECT_TRUE(maps->attribute(name)) << name;
-   }
-   auto const dscp = maps->attribute("dscp");
-   ASSERT_TRUE(dscp && dscp->asEntries());
-   EXPECT_EQ(dscp->asEntries()->size(), maps->dscp().size());
-   EXPECT_EQ(dscp->asEntries()->front().key, Kel::Value(std::uint64_t{0}));
-   EXPECT_EQ(dscp->asEntries()->front().value, Kel::Value(Kel::String("cs0")));
-   for (auto const* attribute : maps->fwkType().attributes()) {
-      EXPECT_FALSE(attribute->write) << attribute->name << " is writable";
-   }
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "Kel/DenseArray.h"
-#include "Kel/HashMap.h"
 #include "Kel/OrderedMap.h"
 #include "Kel/RobustWalk.h"
 #include "Kel/String.h"
@@ -198,19 +197,6 @@ TEST(DenseArray, IterationSkipsEmptySlots) {
    rules.clear();
    EXPECT_TRUE(rules.empty());
    EXPECT_EQ(rules.begin(), rules.end());
-}
-
-TEST(HashMap, LookupAndChangeCount) {
-   Kel::HashMap<Kel::String, std::uint64_t> counters;
-   counters.insertOrAssign("rule1", 5);
-   counters.insertOrAssign("rule1", 6);
-   counters.insertOrAssign("rule2", 7);
-   EXPECT_EQ(counters.changeCount(), 2u);
-   EXPECT_EQ(*counters.lookup("rule1"), 6u);
-   EXPECT_EQ(counters.lookup("rule3"), nullptr);
-   EXPECT_TRUE(counters.erase("rule2"));
-   EXPECT_EQ(counters.size(), 1u);
-   EXPECT_EQ(counters.changeCount(), 3u);
 }
 
 }  // namespace

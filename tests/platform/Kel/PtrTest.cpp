@@ -1,4 +1,4 @@
-// Counted references: sharing, const views, conversions and the end of an entity's life.
+// Counted references: sharing, const views, raw pointers and the end of an entity's life.
 #include <gtest/gtest.h>
 
 #include "Kel/Assert.h"
@@ -10,10 +10,6 @@ struct Node : Kel::PtrInterface {
    explicit Node(int* destroyedCount) : destroyed(destroyedCount) {}
    ~Node() override { ++*destroyed; }
    int* destroyed;
-};
-
-struct Leaf : Node {
-   using Node::Node;
 };
 
 TEST(Ptr, TheLastReferenceDeletes) {
@@ -46,15 +42,6 @@ TEST(Ptr, AssignmentDropsTheOldReference) {
    EXPECT_EQ(destroyed, 1);
    ptr = nullptr;
    EXPECT_EQ(destroyed, 2);
-}
-
-TEST(Ptr, ConvertsToBaseAndCastsBack) {
-   int destroyed = 0;
-   Kel::Ptr<Leaf> leaf = Kel::make<Leaf>(&destroyed);
-   Kel::Ptr<Node const> node = leaf;
-   EXPECT_EQ(Kel::dynamicPtrCast<Leaf const>(node), leaf);
-   EXPECT_EQ(Kel::ptrCast<Leaf const>(node).get(), leaf.get());
-   EXPECT_EQ(leaf->refCount(), 2u);
 }
 
 TEST(Ptr, RawPointerRecoversACountedReference) {

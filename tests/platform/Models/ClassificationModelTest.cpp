@@ -2,8 +2,6 @@
 // commands sort and print by.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "Classification/FieldSetConfig.h"
 #include "PolicyMap/Types.h"
 
@@ -50,16 +48,6 @@ TEST(VlanRangeSet, OrdersByVlansThenFieldSets) {
    EXPECT_LT(low, high);
    EXPECT_LT(named, low) << "no VLANs sorts before any VLAN";
    EXPECT_EQ(low, low);
-}
-
-TEST(ModelTextForms, EnumerationsPrintTheirWords) {
-   std::ostringstream text;
-   text << PolicyMap::ClassMapMatchOption::ipv4 << ' ' << PolicyMap::ClassMapMatchOption::mpls
-        << ' ' << static_cast<PolicyMap::ClassMapMatchOption>(9) << ' '
-        << PolicyMap::RateUnit::kbps;
-   EXPECT_EQ(text.str(), "ipv4 mpls 9 kbps");
-   EXPECT_EQ(Classification::toString(Classification::ContentsSource::bgp), "bgp");
-   EXPECT_EQ(Classification::toString(Classification::ContentsSource::staticSource), "static");
 }
 
 }  // namespace

@@ -89,16 +89,6 @@ TEST(CounterStatusReader, LookupsInAnyOrderAcrossChanges) {
    }
 }
 
-TEST(CounterStatusReader, NullRootsReadAsEmpty) {
-   PolicyMap::PolicyMapLedgerCounterStatusReader const ledger(nullptr);
-   PolicyMap::PolicyMapPylonCounterStatusReader const pylon(nullptr);
-   PolicyMapSmKey const key{"p1", ""};
-   EXPECT_FALSE(ledger.classCounterData(key, "r1"));
-   EXPECT_FALSE(pylon.namedCounterData(key, "c1"));
-   EXPECT_EQ(ledger.numNamedCounters(key), 0u);
-   EXPECT_EQ(pylon.numClasses(key), 0u);
-}
-
 TEST(CounterSnapshots, OneRecordPerKey) {
    TrafficPolicy::Counter counter;
    counter.snapshotIs({"p1", "r1"}, {7, 40});

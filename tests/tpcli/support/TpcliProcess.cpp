@@ -136,6 +136,7 @@ void expectRuns(std::vector<ExpectedRun> const& rows) {
    for (auto const& row : rows) {
       auto const run = runTpcli(wordsOf(row.line), row.setup);
       EXPECT_EQ(run.exitCode, row.exitCode) << row.line << ": " << run.standardError;
+      EXPECT_TRUE(run.standardOutput.starts_with(row.outputStart)) << row.line;
       if (row.errorStart.empty()) {
          EXPECT_EQ(run.standardError, "") << row.line;
          continue;

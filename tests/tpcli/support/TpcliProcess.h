@@ -34,12 +34,14 @@ int waitForExit(pid_t pid);
 // The lines of `text`, without their ends.
 std::vector<std::string> linesOf(std::string const& text);
 
-// How a run should end: its exit code and what it says on standard error.
+// How a run should end: its exit code, what it says on standard error and, where it matters,
+// how its standard output starts.
 struct ExpectedRun {
    std::string line;  // the arguments, split at blanks
    TpcliSetup setup;
    int exitCode;
    std::string errorStart;  // of the one line after "tpcli: "; empty: nothing on standard error
+   std::string outputStart = {};
 };
 
 // Runs each row and checks it, naming the row of a failure.
