@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "JsonPointer.h"
-#include "Strix/Printable.h"
+#include "Strix/Utf8.h"
 
 namespace StateLoader {
 

@@ -15,8 +15,6 @@ using PolicyMap::ClassMapMatchOption;
 using Record = PolicyStateCpu::PtrConst;
 
 constexpr std::array kMatchOptions = {ClassMapMatchOption::ipv4, ClassMapMatchOption::ipv6};
-constexpr std::uint32_t kListIndent = 3;
-
 struct OptionLabels {
    char const* applied;
    char const* appliedKey;
@@ -47,18 +45,18 @@ void renderCommonModelCpu(vellum::RendererV2* renderer, Record const& policyStat
       for (auto const option : kMatchOptions) {
          auto const& labels = kOptionLabels[static_cast<std::size_t>(option)];
          renderListEntry(*renderer, labels.failed, labels.failedKey,
-                         vrfsIn(policyState->failedVrf(), option), kListIndent, showAll, true);
+                         vrfsIn(policyState->failedVrf(), option), showAll, true);
          renderCpuInstallErrors(renderer, labels.installationErrorsKey, policyState, option,
                                 policyState->indentCountPerLevel() + kListIndent);
       }
       return;
    }
    renderListEntry(*renderer, "Configured on CPU for VRFs: ", "configuredVrfs",
-                   policyState->configuredVrf(), kListIndent, showAll, true);
+                   policyState->configuredVrf(), showAll, true);
    for (auto const option : kMatchOptions) {
       auto const& labels = kOptionLabels[static_cast<std::size_t>(option)];
       renderListEntry(*renderer, labels.applied, labels.appliedKey,
-                      vrfsIn(policyState->appliedVrf(), option), kListIndent, showAll, true);
+                      vrfsIn(policyState->appliedVrf(), option), showAll, true);
    }
    renderRulesModel(renderer, policyState->ruleCount());
 }
@@ -67,27 +65,20 @@ void renderCommonModelCpu(vellum::RendererV2* renderer, Record const& policyStat
 
 void ShowTrafficPolicyCpu::renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt,
                                                std::uint32_t revision) {
-   CommandOutput output(fd, fmt, "trafficPolicies");
-   auto& renderer = output.renderer();
-   bool const failed = renderPolicySummaries(
-       *this, &renderer, fmt, revision,
-       [&](PolicyState::PtrConst const& record) {
-          renderCommonModelCpu(&renderer, Kel::ptrCast<PolicyStateCpu const>(record));
+   bool const vrfAll = vrfConfig_ && vrfConfig_->vrf().contains("all");
+   renderPolicyViews(
+       *this, fd, fmt, revision,
+       vrfAll ? "NOTE: \"vrf all\" option is applied on CPU for VRFs which are not attached to a "
+                "specific traffic policy\n"
+              : "",
+       "WARNING: Policy installation failed. See \"show traffic-policy cpu errors\" for "
+       "details about the failures.\n",
+       [](vellum::RendererV2* renderer, PolicyState::PtrConst const& record) {
+          renderCommonModelCpu(renderer, Kel::ptrCast<PolicyStateCpu const>(record));
        },
        [](PolicyState const& record) {
           return !static_cast<PolicyStateCpu const&>(record).failedVrf().empty();
        });
-   if (!errors() && vrfConfig_ && vrfConfig_->vrf().contains("all")) {
-      renderer.writeString(
-          "NOTE: \"vrf all\" option is applied on CPU for VRFs which are not attached to a "
-          "specific traffic policy\n");
-   }
-   if (!errors() && failed) {
-      renderer.writeString(
-          "WARNING: Policy installation failed. See \"show traffic-policy cpu errors\" for "
-          "details about the failures.\n");
-   }
-   output.close();
 }
 
 void ShowTrafficPolicyCpu::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,

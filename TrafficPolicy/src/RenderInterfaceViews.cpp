@@ -43,8 +43,6 @@ constexpr DirectionLabels kInputLabels = {"Configured on input of interfaces: ",
                                           {"Failed on interfaces for IPv4 input traffic: ",
                                            "Failed on interfaces for IPv6 input traffic: "}};
 
-constexpr std::uint32_t kListIndent = 3;
-
 PerAfIntfList::NameMap const& namesOf(PerAfIntfList::PtrConst const& list) {
    static PerAfIntfList::NameMap const none;
    return list ? list->intfList() : none;
@@ -55,13 +53,13 @@ void renderAppliedLists(vellum::RendererV2* renderer, Record const& record, bool
    auto const& labels = isInput ? kInputLabels : kOutputLabels;
    auto const& configured =
        isInput ? record->configuredIntfInput() : record->configuredIntfOutput();
-   renderListEntry(*renderer, labels.configured, "configuredIntfs", configured, kListIndent,
-                   record->detail(), printText);
+   renderListEntry(*renderer, labels.configured, "configuredIntfs", configured, record->detail(),
+                   printText);
    for (auto const option : kMatchOptions) {
       auto const at = static_cast<std::size_t>(option);
       renderListEntry(*renderer, labels.applied[at], kOptionKeys[at].applied,
-                      namesOf(record->getAppliedIntfList(option, isInput)), kListIndent,
-                      record->detail(), printText);
+                      namesOf(record->getAppliedIntfList(option, isInput)), record->detail(),
+                      printText);
    }
 }
 
@@ -71,8 +69,8 @@ void renderFailedLists(vellum::RendererV2* renderer, Record const& record, bool 
    for (auto const option : kMatchOptions) {
       auto const at = static_cast<std::size_t>(option);
       renderListEntry(*renderer, labels.failed[at], kOptionKeys[at].failed,
-                      namesOf(record->getFailedIntfList(option, isInput)), kListIndent,
-                      record->detail(), printText);
+                      namesOf(record->getFailedIntfList(option, isInput)), record->detail(),
+                      printText);
       renderInterfaceInstallErrors(renderer, kOptionKeys[at].installationErrors, record,
                                    record->getInstallErrorList(option, isInput),
                                    record->indentCountPerLevel() + kListIndent, printText);
@@ -148,22 +146,16 @@ bool byteCountersIn(Kel::Ptr<TrafficPolicy::Status const> const& status) {
 
 void ShowTrafficPolicyInterface::renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt,
                                                      std::uint32_t revision) {
-   CommandOutput output(fd, fmt, "trafficPolicies");
-   auto& renderer = output.renderer();
-   bool const failed = renderPolicySummaries(
-       *this, &renderer, fmt, revision,
-       [&](PolicyState::PtrConst const& record) {
-          renderCommonInterfaceModel(&renderer, Kel::ptrCast<PolicyStateInterface const>(record));
+   renderPolicyViews(
+       *this, fd, fmt, revision, "",
+       "WARNING: Policy installation failed. See \"show traffic-policy interface errors\" for "
+       "details about the failures.\n",
+       [](vellum::RendererV2* renderer, PolicyState::PtrConst const& record) {
+          renderCommonInterfaceModel(renderer, Kel::ptrCast<PolicyStateInterface const>(record));
        },
        [](PolicyState const& record) {
           return installationFailed(static_cast<PolicyStateInterface const&>(record));
        });
-   if (failed && !errors()) {
-      renderer.writeString(
-          "WARNING: Policy installation failed. See \"show traffic-policy interface errors\" "
-          "for details about the failures.\n");
-   }
-   output.close();
 }
 
 void ShowTrafficPolicyInterface::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,

@@ -30,13 +30,13 @@ Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t val
 }
 
 void renderListEntry(vellum::RendererV2& renderer, std::string_view label, std::string_view jsonKey,
-                     Kel::OrderedMap<Kel::String, bool> const& names, std::uint32_t indent,
-                     bool showAll, bool printText) {
+                     Kel::OrderedMap<Kel::String, bool> const& names, bool showAll,
+                     bool printText) {
    constexpr std::size_t kShownNames = 3;
    bool const inText = printText && renderer.isText();
    renderer._startJsonList(jsonKey);
    if (inText) {
-      writeIndent(renderer, indent);
+      writeIndent(renderer, kListIndent);
       renderer.writeString(label);
    }
    std::size_t count = 0;

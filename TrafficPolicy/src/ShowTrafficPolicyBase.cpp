@@ -109,6 +109,7 @@ void ShowTrafficPolicyBase::cachePolicyState(Kel::String const& policyName) {
                   "const Kel::String&)policyName:"
                << policyName.view();
    auto record = getOrCreatePolicyState(policyName);
+   KEL_ASSERT(record && "only the interface and CPU show objects make policy records");
    record->byteCountersSupportedIs(status_ && status_->byteCountersSupported());
    record->summaryIs(summary_);
    record->errorsIs(errors_);
@@ -201,7 +202,8 @@ ShowTrafficPolicyBase::createCounterStatusHelper(bool) {
 Kel::Ptr<ShowTrafficPolicyBase::CounterReader const> ShowTrafficPolicyBase::counterReaderOver(
     Kel::Ptr<TrafficPolicy::Status const> const& directionStatus,
     Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters const> const& directionTable) const {
-   if (trafficPolicyHwStatus_ && trafficPolicyHwStatus_->sharedMemoryCounters()) {
+   if (TrafficPolicy::counterBackEndOf(trafficPolicyHwStatus_.get()) ==
+       TrafficPolicy::CounterBackEnd::pylon) {
       return Kel::make<PolicyMap::PolicyMapPylonCounterStatusReader>(directionTable);
    }
    return Kel::make<PolicyMap::PolicyMapLedgerCounterStatusReader>(directionStatus);

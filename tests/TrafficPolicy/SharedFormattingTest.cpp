@@ -46,7 +46,7 @@ TEST(SharedFormatting, NameListsShowThreeNamesUnlessAllAreAsked) {
          expectedJson.insert(expectedJson.begin(), "Et" + std::to_string(i));
       }
       auto const rendered = renderBoth([&](vellum::RendererV2& renderer) {
-         TrafficPolicyCli::renderListEntry(renderer, "Applied: ", "applied", names, 3, row.showAll,
+         TrafficPolicyCli::renderListEntry(renderer, "Applied: ", "applied", names, row.showAll,
                                            row.printText);
       });
       EXPECT_EQ(rendered.text, row.text);

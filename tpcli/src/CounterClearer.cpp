@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Kel/ActivityLock.h"
+#include "TrafficPolicy/TrafficPolicyConfig.h"
 
 namespace tpcli {
 
@@ -37,7 +38,8 @@ Directions directionsOf(StateLoader::DeviceState const& state,
 // the direction keeps them so.
 void clearDirection(FactoryTable const& factories, StateLoader::DeviceState const& state,
                     StateLoader::DirectionState const& direction) {
-   if (state.hwStatus->sharedMemoryCounters()) {
+   if (TrafficPolicy::counterBackEndOf(state.hwStatus.get()) ==
+       TrafficPolicy::CounterBackEnd::pylon) {
       factories
           .pylonSnapshotHelper(direction.counterTable, direction.counter,
                                direction.status->perInterfaceCounters())

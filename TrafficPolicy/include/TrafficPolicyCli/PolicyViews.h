@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
+#include "TrafficPolicyCli/CommandOutput.h"
 #include "TrafficPolicyCli/PolicyStateVariants.h"
 #include "TrafficPolicyCli/SharedFormatting.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
@@ -41,26 +43,34 @@ void _renderTrafficPolicyCounters(vellum::RendererV2* renderer,
                                   Kel::String const& policyName, bool byteCountersSupported,
                                   bool isInput);
 
-// The policies of the summary and errors views (inside the command's "trafficPolicies"), in name
-// order and limited to the asked-for name (an empty name asks for all): each policy's heading,
-// `renderAttachments(record)` for where it is configured, applied or failed, then its counters
-// line, rules and warnings. Returns whether the installation failed for any policy shown, as
-// `installationFailed(record)` says.
+// The summary and errors views of a command, inside its "trafficPolicies": the policies in name
+// order, limited to the asked-for name (an empty name asks for all), each with its heading,
+// `renderAttachments(renderer, record)` for where it is configured, applied or failed, then its
+// counters line, rules and warnings. Outside the errors view, `note` follows unless it is empty,
+// then `failureWarning` when `installationFailed(record)` holds for any policy shown.
 template <typename RenderAttachments, typename InstallationFailed>
-bool renderPolicySummaries(ShowTrafficPolicyBase& show, vellum::RendererV2* renderer,
-                           std::uint32_t format, std::uint32_t revision,
-                           RenderAttachments&& renderAttachments,
-                           InstallationFailed&& installationFailed) {
+void renderPolicyViews(ShowTrafficPolicyBase& show, std::uint32_t fd, std::uint32_t format,
+                       std::uint32_t revision, std::string_view note,
+                       std::string_view failureWarning, RenderAttachments&& renderAttachments,
+                       InstallationFailed&& installationFailed) {
+   CommandOutput output(fd, format, "trafficPolicies");
+   auto* const renderer = &output.renderer();
    bool anyFailed = false;
    for (auto const& [name, record] : show.policyState()) {
       if (!show.policyName().empty() && name != show.policyName()) {
          continue;
       }
-      renderAttachments(PolicyState::PtrConst(record));
+      renderAttachments(renderer, PolicyState::PtrConst(record));
       renderPolicyRulesAndWarnings(show, renderer, record, format, revision);
       anyFailed = anyFailed || installationFailed(*record);
    }
-   return anyFailed;
+   if (!show.errors()) {
+      renderer->writeString(note);
+      if (anyFailed) {
+         renderer->writeString(failureWarning);
+      }
+   }
+   output.close();
 }
 
 }  // namespace TrafficPolicyCli

@@ -37,12 +37,14 @@ inline std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t in
 Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
                                    PolicyMap::ClassMapMatchOption matchOption);
 
-// One labelled line of interface or VRF names in key order: in text at most three names and then
-// "..." unless `showAll`; in JSON every name under `jsonKey`. With `printText` clear only the JSON
-// list is written (a second copy of a list kept for older readers).
+// How far the lists of interfaces and VRFs, and the installation errors below them, are indented.
+inline constexpr std::uint32_t kListIndent = 3;
+
+// One labelled line of interface or VRF names in key order, indented by kListIndent: in text at
+// most three names and then "..." unless `showAll`; in JSON every name under `jsonKey`. With
+// `printText` clear only the JSON list is written (a second copy of a list kept for older readers).
 void renderListEntry(vellum::RendererV2& renderer, std::string_view label, std::string_view jsonKey,
-                     Kel::OrderedMap<Kel::String, bool> const& names, std::uint32_t indent,
-                     bool showAll, bool printText);
+                     Kel::OrderedMap<Kel::String, bool> const& names, bool showAll, bool printText);
 
 // "Counter granularity: ..." for the ingress or egress direction; nothing without the status.
 void renderCounterGranularity(

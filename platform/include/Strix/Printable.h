@@ -14,14 +14,6 @@ namespace Strix {
 // The most bytes of one piece of input that a message shows.
 inline constexpr std::size_t kLongestEcho = 200;
 
-// One character of UTF-8 text; `length` is 0 where the bytes are not UTF-8 (a stray byte, an
-// overlong form, a surrogate, a sequence cut short, a code point above U+10FFFF).
-struct Utf8Character {
-   char32_t codePoint = 0;
-   std::size_t length = 0;
-};
-Utf8Character decodeUtf8(std::string_view text, std::size_t at) noexcept;
-
 // The longest start of `text` of at most kLongestEcho bytes that does not end inside a character.
 std::string_view echoedPart(std::string_view text) noexcept;
 

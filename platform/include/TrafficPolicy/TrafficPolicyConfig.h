@@ -49,6 +49,15 @@ class HwStatus : public Kel::Entity {
    bool sharedMemoryCounters_ = false;
 };
 
+// Where a device's live policy counters are read and snapshotted: in the policy-map status (the
+// "ledger") or in the shared-memory counter table (the "pylon"). Showing and clearing counters must
+// agree on it, so both ask here. A device without hardware status keeps them in the status.
+enum class CounterBackEnd : std::uint8_t { ledger, pylon };
+inline CounterBackEnd counterBackEndOf(HwStatus const* hwStatus) noexcept {
+   return hwStatus && hwStatus->sharedMemoryCounters() ? CounterBackEnd::pylon
+                                                       : CounterBackEnd::ledger;
+}
+
 // How finely counters are kept: 0 not enabled, 1 per policy, 2 per interface.
 enum CounterGranularity : std::uint8_t {
    counterNotEnabled = 0,

@@ -3,40 +3,13 @@
 #include "vellum/Renderer.h"
 
 #include "Kel/Assert.h"
+#include "Strix/Utf8.h"
 
 namespace vellum {
 
 namespace {
 
 constexpr std::string_view kReplacementCharacter = "\\ufffd";
-
-// Length of the well-formed UTF-8 sequence at the start of `text`, or 0 when it is malformed
-// (bad lead byte, missing continuation, overlong form, surrogate or beyond U+10FFFF).
-std::size_t utf8SequenceLength(std::string_view text) {
-   auto byte = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-   auto continuation = [&](std::size_t i) { return i < text.size() && (byte(i) & 0xC0) == 0x80; };
-   unsigned char const lead = byte(0);
-   if (lead >= 0xC2 && lead <= 0xDF) {
-      return continuation(1) ? 2 : 0;
-   }
-   if (lead >= 0xE0 && lead <= 0xEF) {
-      if (!continuation(1) || !continuation(2)) {
-         return 0;
-      }
-      bool const overlong = lead == 0xE0 && byte(1) < 0xA0;
-      bool const surrogate = lead == 0xED && byte(1) >= 0xA0;
-      return overlong || surrogate ? 0 : 3;
-   }
-   if (lead >= 0xF0 && lead <= 0xF4) {
-      if (!continuation(1) || !continuation(2) || !continuation(3)) {
-         return 0;
-      }
-      bool const overlong = lead == 0xF0 && byte(1) < 0x90;
-      bool const tooHigh = lead == 0xF4 && byte(1) >= 0x90;
-      return overlong || tooHigh ? 0 : 4;
-   }
-   return 0;
-}
 
 std::string_view shortEscape(char c) {
    switch (c) {
@@ -75,7 +48,7 @@ void Renderer::appendEscapedSlow(std::string_view text) {
          buffer_.append(text.substr(i, plain - i));
          i = plain;
       } else if (byte >= 0x80) {
-         auto const length = utf8SequenceLength(text.substr(i));
+         auto const length = Strix::decodeUtf8(text, i).length;
          buffer_.append(length ? text.substr(i, length) : kReplacementCharacter);
          i += length ? length : 1;
       } else if (auto const escape = shortEscape(text[i]); !escape.empty()) {
