@@ -1,9 +1,9 @@
 // Every view of every show command, in text and JSON and in both revisions, on valid states built
 // from the fuzz bytes: the loader accepts each state, no view trips an invariant or a sanitizer,
 // every JSON document parses, and no text holds a character that a terminal would act on. Each
-// input renders one command, which its first choice picks: under the address sanitizer every
-// command's megabyte output buffer is a fresh mapping, so all of them per input would cost two
-// orders of magnitude in inputs per second.
+// input renders the one command that it picks, in all four forms: under the address sanitizer
+// every command's megabyte output buffer is a fresh mapping, and all 24 commands per input ran 7
+// inputs a second where one runs 53.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstdio>
