@@ -15,3 +15,8 @@ if(TP_SANITIZE)
    add_compile_options(${tp_sanitizer_flags})
    add_link_options(${tp_sanitizer_flags})
 endif()
+
+# Coverage instrumentation for libFuzzer everywhere; only the fuzz targets link the fuzzer itself.
+if(TP_FUZZ)
+   add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

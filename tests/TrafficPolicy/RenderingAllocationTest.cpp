@@ -28,7 +28,8 @@ TEST(RenderingAllocation, NoAllocationPerRule) {
       testing_support::MemoryFile file;
       vellum::VellumBuffer buffer(file.fd(), 1048576, 1);
       vellum::RendererV2 renderer(format, &buffer, true);
-      auto const renderRound = [&] {
+      // Structured bindings are named in init-captures: clang 14 cannot capture them.
+      auto const renderRound = [&, &show = show, &record = record] {
          show->renderRules(&renderer, record, 6, static_cast<std::uint32_t>(format), 2);
       };
       renderer._startJsonList("rules");

@@ -54,6 +54,13 @@ using Handle = Kel::Ptr<T const> const&;
        counterStatusOutput, filterInputPolicies, filterOutputPolicies
 #define TRAFFIC_POLICY_CLI_CPU_ARGUMENT_NAMES vrfConfig, allVrfConfig, l3IntfStatusDir
 
+// The factories have C names so that the command layer finds them with dlsym, but C++ on both sides
+// of the call: both are built by the same compiler against the same platform, so returning C++
+// types is safe, which clang would otherwise question.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreturn-type-c-linkage"
+#endif
 extern "C" {
 
 TRAFFIC_POLICY_CLI_EXPORT Kel::Ptr<ShowCommand> showTrafficPolicyBaseFactory(
@@ -87,6 +94,9 @@ trafficPolicyPylonCounterSnapshotHelperFactory(
     Kel::Ptr<TrafficPolicy::Counter> const& counter, bool perInterface);
 
 }  // extern "C"
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
 
 // The factories' types, for finding them with dlsym.
 using ShowTrafficPolicyInterfaceFactory = decltype(&showTrafficPolicyInterfaceFactory);

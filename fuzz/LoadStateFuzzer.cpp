@@ -1,0 +1,32 @@
+// The state loader and the snapshot reader on arbitrary bytes: whatever the file holds, loading
+// ends in a state or in a one-line reason, never in a crash, a hang or a sanitizer report.
+#include <cstddef>
+#include <cstdint>
+
+#include "StateLoader/Loader.h"
+#include "StateLoader/Snapshots.h"
+#include "support/MemoryFile.h"
+
+namespace {
+
+// Snapshots fill the stores of a state; a fresh empty one per input, so that none carries over.
+struct EmptyStateFile {
+   EmptyStateFile() { file.write("{}"); }
+   fuzz::MemoryFile file;
+};
+
+StateLoader::DeviceState emptyState() {
+   static EmptyStateFile const empty;
+   return StateLoader::loadState(empty.file.path()).value();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+   static fuzz::MemoryFile const input;
+   input.write(data, size);
+   (void)StateLoader::loadState(input.path());
+   auto state = emptyState();
+   (void)StateLoader::readSnapshots(input.path(), state);
+   return 0;
+}
