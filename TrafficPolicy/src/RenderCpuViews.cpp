@@ -67,10 +67,10 @@ void renderCommonModelCpu(vellum::RendererV2* renderer, Record const& policyStat
 
 void ShowTrafficPolicyCpu::renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt,
                                                std::uint32_t revision) {
-   CommandOutput output(fd, fmt, "trafficPolicies");
+   CommandOutput output(fd, fmt, revision, "trafficPolicies");
    auto& renderer = output.renderer();
    bool const failed = renderPolicySummaries(
-       *this, &renderer, fmt, revision,
+       *this, &renderer,
        [&](PolicyState::PtrConst const& record) {
           renderCommonModelCpu(&renderer, Kel::ptrCast<PolicyStateCpu const>(record));
        },
@@ -91,8 +91,8 @@ void ShowTrafficPolicyCpu::renderTrafficPolicy(std::uint32_t fd, std::uint32_t f
 }
 
 void ShowTrafficPolicyCpu::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
-                                                       std::uint32_t) {
-   CommandOutput output(fd, fmt);
+                                                       std::uint32_t revision) {
+   CommandOutput output(fd, fmt, revision);
    _renderTrafficPolicyCounters(&output.renderer(), policyState(), policyName(),
                                 status() && status()->byteCountersSupported(), true);
    output.close();

@@ -148,10 +148,10 @@ bool byteCountersIn(Kel::Ptr<TrafficPolicy::Status const> const& status) {
 
 void ShowTrafficPolicyInterface::renderTrafficPolicy(std::uint32_t fd, std::uint32_t fmt,
                                                      std::uint32_t revision) {
-   CommandOutput output(fd, fmt, "trafficPolicies");
+   CommandOutput output(fd, fmt, revision, "trafficPolicies");
    auto& renderer = output.renderer();
    bool const failed = renderPolicySummaries(
-       *this, &renderer, fmt, revision,
+       *this, &renderer,
        [&](PolicyState::PtrConst const& record) {
           renderCommonInterfaceModel(&renderer, Kel::ptrCast<PolicyStateInterface const>(record));
        },
@@ -167,8 +167,8 @@ void ShowTrafficPolicyInterface::renderTrafficPolicy(std::uint32_t fd, std::uint
 }
 
 void ShowTrafficPolicyInterface::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
-                                                             std::uint32_t) {
-   CommandOutput output(fd, fmt);
+                                                             std::uint32_t revision) {
+   CommandOutput output(fd, fmt, revision);
    auto& renderer = output.renderer();
    bool const showInput = !filterOutputPolicies_ && hasInterfaces(intfConfigInput_);
    bool const showOutput = !filterInputPolicies_ && hasInterfaces(intfConfigOutput_);

@@ -28,9 +28,7 @@ TEST(RenderingAllocation, NoAllocationPerRule) {
       testing_support::MemoryFile file;
       vellum::VellumBuffer buffer(file.fd(), 1048576, 1);
       vellum::RendererV2 renderer(format, &buffer, true);
-      auto const renderRound = [&] {
-         show->renderRules(&renderer, record, 6, static_cast<std::uint32_t>(format), 2);
-      };
+      auto const renderRound = [&] { show->renderRules(&renderer, record, 6); };
       renderer._startJsonList("rules");
       renderRound();  // builds what is made once per process (the number-name maps)
       auto const before = testing_support::allocationCount();

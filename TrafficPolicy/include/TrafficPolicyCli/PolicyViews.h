@@ -16,8 +16,7 @@ void renderPolicyHeading(vellum::RendererV2* renderer, Kel::String const& name);
 // The end of one policy: unless in the errors view its named counters and rules; the end of its
 // JSON object; the warnings about undefined field sets and counters.
 void renderPolicyRulesAndWarnings(ShowTrafficPolicyBase& show, vellum::RendererV2* renderer,
-                                  PolicyState::PtrConst const& policyState, std::uint32_t format,
-                                  std::uint32_t revision);
+                                  PolicyState::PtrConst const& policyState);
 
 // Text only: "Total number of rules configured: N".
 void renderRulesModel(vellum::RendererV2* renderer, std::uint32_t ruleCount);
@@ -48,7 +47,6 @@ void _renderTrafficPolicyCounters(vellum::RendererV2* renderer,
 // `installationFailed(record)` says.
 template <typename RenderAttachments, typename InstallationFailed>
 bool renderPolicySummaries(ShowTrafficPolicyBase& show, vellum::RendererV2* renderer,
-                           std::uint32_t format, std::uint32_t revision,
                            RenderAttachments&& renderAttachments,
                            InstallationFailed&& installationFailed) {
    bool anyFailed = false;
@@ -57,7 +55,7 @@ bool renderPolicySummaries(ShowTrafficPolicyBase& show, vellum::RendererV2* rend
          continue;
       }
       renderAttachments(PolicyState::PtrConst(record));
-      renderPolicyRulesAndWarnings(show, renderer, record, format, revision);
+      renderPolicyRulesAndWarnings(show, renderer, record);
       anyFailed = anyFailed || installationFailed(*record);
    }
    return anyFailed;
