@@ -62,7 +62,7 @@ void BM_RenderRules(benchmark::State& state) {
       vellum::VellumBuffer buffer(devNull, 1048576, 1);
       vellum::RendererV2 renderer(format, &buffer, true);
       renderer._startJsonList("rules");
-      show->renderRules(&renderer, record, 6, static_cast<std::uint32_t>(format), 2);
+      show->renderRules(&renderer, record, 6);
       renderer.endJsonList();
    }
    ::close(devNull);

@@ -9,16 +9,18 @@ constexpr std::size_t kPrintBufferSize = 1048576;
 constexpr int kBlockingWrites = 1;
 }  // namespace
 
-CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt)
+CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision)
     : buffer_(static_cast<int>(fd), kPrintBufferSize, kBlockingWrites),
-      renderer_(static_cast<vellum::OutputFormat_t>(fmt), &buffer_, true) {
+      renderer_(vellum::outputContext(static_cast<vellum::OutputFormat_t>(fmt), revision), &buffer_,
+                true) {
    if (renderer_.isJson()) {
       buffer_.append('{');
    }
 }
 
-CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::string_view topLevelKey)
-    : CommandOutput(fd, fmt) {
+CommandOutput::CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision,
+                             std::string_view topLevelKey)
+    : CommandOutput(fd, fmt, revision) {
    hasTopLevelObject_ = true;
    renderer_._startJsonObject(topLevelKey);
 }

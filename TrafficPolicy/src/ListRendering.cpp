@@ -39,18 +39,18 @@ void writeRangeText(vellum::RendererV2& renderer, Classification::NumericalRange
 }
 
 void writeRangeEntry(vellum::RendererV2& renderer, Classification::NumericalRange const& range) {
-   renderer._startJsonListEntry();
-   renderer._addJsonKeyValuePair("low", range.low);
-   renderer._addJsonKeyValuePair("high", range.high);
-   renderer.endJsonDict();
+   renderer.listEntry([&] {
+      renderer._addJsonKeyValuePair("low", range.low);
+      renderer._addJsonKeyValuePair("high", range.high);
+   });
 }
 
 void writeRangeObject(vellum::RendererV2& renderer, std::string_view key,
                       Classification::NumericalRange const& range) {
-   renderer._startJsonObject(key);
-   renderer._addJsonKeyValuePair("low", range.low);
-   renderer._addJsonKeyValuePair("high", range.high);
-   renderer.endJsonDict();
+   renderer.object(key, [&] {
+      renderer._addJsonKeyValuePair("low", range.low);
+      renderer._addJsonKeyValuePair("high", range.high);
+   });
 }
 
 void writeFieldSetSize(vellum::RendererV2& renderer, PrefixFieldSetState const& fieldSet,
@@ -78,13 +78,13 @@ void writeFieldSetSize(vellum::RendererV2& renderer, VlanFieldSetState const& fi
 
 void renderFieldSetNames(vellum::RendererV2& renderer, std::string_view jsonKey,
                          Classification::NameSet const& names) {
-   renderer._startJsonList(jsonKey);
-   if (renderer.isJson()) {
-      for (auto const& name : names) {
-         renderer._addJsonKeyValuePair("", name);
+   renderer.list(jsonKey, [&] {
+      if (renderer.isJson()) {
+         for (auto const& name : names) {
+            renderer._addJsonKeyValuePair("", name);
+         }
       }
-   }
-   renderer.endJsonList();
+   });
 }
 
 }  // namespace TrafficPolicyCli

@@ -18,20 +18,20 @@ template <typename Items, typename WriteItem>
 void renderLabelledList(vellum::RendererV2& renderer, std::string_view label,
                         std::string_view jsonKey, std::uint32_t indent, Items const& items,
                         WriteItem&& writeItem) {
-   renderer._startJsonList(jsonKey);
-   auto const column = writeHeading(renderer, indent, label);
-   bool first = true;
-   for (auto const& item : items) {
-      if (!first) {
-         writeIndent(renderer, column);
+   renderer.list(jsonKey, [&] {
+      auto const column = writeHeading(renderer, indent, label);
+      bool first = true;
+      for (auto const& item : items) {
+         if (!first) {
+            writeIndent(renderer, column);
+         }
+         first = false;
+         writeItem(item);
       }
-      first = false;
-      writeItem(item);
-   }
-   if (first) {
-      renderer.eol();
-   }
-   renderer.endJsonList();
+      if (first) {
+         renderer.eol();
+      }
+   });
 }
 
 // Text of a range: "low-high", or for a single value its name for the field when it has one
@@ -58,20 +58,20 @@ template <typename Entry>
 void writeFieldSetReference(vellum::RendererV2& renderer, Kel::String const& name,
                             FieldSetState::EntryMap<Entry> const& defined, bool showCounts) {
    auto const* entry = defined.lookup(name);
-   renderer._startJsonListEntry();
-   renderer._addJsonKeyValuePair("name", name);
-   renderer.writeString("field-set ");
-   renderer.writeString(name);
-   if (entry && *entry) {
-      writeFieldSetSize(renderer, **entry, showCounts);
-   } else {
-      renderer._addJsonKeyValuePair("undefined", true);
-      renderer.writeString(" (field-set '");
+   renderer.listEntry([&] {
+      renderer._addJsonKeyValuePair("name", name);
+      renderer.writeString("field-set ");
       renderer.writeString(name);
-      renderer.writeString("' has not been defined)");
-   }
-   renderer.eol();
-   renderer.endJsonDict();
+      if (entry && *entry) {
+         writeFieldSetSize(renderer, **entry, showCounts);
+      } else {
+         renderer._addJsonKeyValuePair("undefined", true);
+         renderer.writeString(" (field-set '");
+         renderer.writeString(name);
+         renderer.writeString("' has not been defined)");
+      }
+      renderer.eol();
+   });
 }
 
 // The labelled list of field sets that a criterion names, looked up among the `defined` ones of

@@ -49,38 +49,40 @@ void renderTargetNames(vellum::RendererV2& renderer, std::string_view label,
                        std::string_view jsonKey, Kel::OrderedSet<Kel::String> const& names,
                        bool showAll) {
    constexpr std::size_t kShownNames = 4;
-   renderer._startJsonList(jsonKey);
-   if (names) {
-      renderer.writeString(label);
-      renderer.addFrill(": ");
-   }
-   std::size_t count = 0;
-   for (auto const& name : names) {
-      renderer._addJsonKeyValuePair("", name);
-      ++count;
-      if (showAll || count <= kShownNames) {
-         if (count > 1) {
-            renderer.addFrill(",");
-         }
-         renderer.writeString(name);
-      } else if (count == kShownNames + 1) {
-         renderer.addFrill("...");
+   renderer.list(jsonKey, [&] {
+      if (names) {
+         renderer.writeString(label);
+         renderer.addFrill(": ");
       }
-   }
-   renderer.endJsonList();
+      std::size_t count = 0;
+      for (auto const& name : names) {
+         renderer._addJsonKeyValuePair("", name);
+         ++count;
+         if (showAll || count <= kShownNames) {
+            if (count > 1) {
+               renderer.addFrill(",");
+            }
+            renderer.writeString(name);
+         } else if (count == kShownNames + 1) {
+            renderer.addFrill("...");
+         }
+      }
+   });
 }
 
 void renderAggregationRedirect(vellum::RendererV2& renderer,
                                TapAgg::TapAggActionSetAggGroup const& action, bool showAll,
                                std::uint32_t actionIndent) {
-   renderer._startJsonObject("tapAggRedirect");
-   renderTargetNames(renderer, "Redirect Aggregation Group", "groups", action.aggGroup(), showAll);
-   if (action.aggGroup() && action.aggIntf()) {
-      renderer.eol();
-      writeIndent(renderer, actionIndent);
-   }
-   renderTargetNames(renderer, "Redirect Tool Interface", "interfaces", action.aggIntf(), showAll);
-   renderer.endJsonDict();
+   renderer.object("tapAggRedirect", [&] {
+      renderTargetNames(renderer, "Redirect Aggregation Group", "groups", action.aggGroup(),
+                        showAll);
+      if (action.aggGroup() && action.aggIntf()) {
+         renderer.eol();
+         writeIndent(renderer, actionIndent);
+      }
+      renderTargetNames(renderer, "Redirect Tool Interface", "interfaces", action.aggIntf(),
+                        showAll);
+   });
 }
 
 // "Set DSCP 46" and "setDscp": 46; the JSON key comes from cliMap.
@@ -97,23 +99,23 @@ void renderPolice(vellum::RendererV2& renderer, PolicyMap::PoliceAction const& p
    renderer.writeString(police.rate());
    renderer.writeString(" ");
    renderer.writeString(unit);
-   renderer._startJsonObject("police");
-   renderer._addJsonKeyValuePair("rate", police.rate());
-   renderer._addJsonKeyValuePair("unit", unit);
-   renderer.endJsonDict();
+   renderer.object("police", [&] {
+      renderer._addJsonKeyValuePair("rate", police.rate());
+      renderer._addJsonKeyValuePair("unit", unit);
+   });
 }
 
 void renderGoto(vellum::RendererV2& renderer, PolicyMap::GotoAction const& action) {
-   renderer._startJsonObject("goto");
-   if (action.matchName().empty()) {
-      renderer.writeString("Goto next");
-      renderer._addJsonKeyValuePair("nextMatch", true);
-   } else {
-      renderer.writeString("Goto match ");
-      renderer.writeString(action.matchName());
-      renderer._addJsonKeyValuePair("matchName", action.matchName());
-   }
-   renderer.endJsonDict();
+   renderer.object("goto", [&] {
+      if (action.matchName().empty()) {
+         renderer.writeString("Goto next");
+         renderer._addJsonKeyValuePair("nextMatch", true);
+      } else {
+         renderer.writeString("Goto match ");
+         renderer.writeString(action.matchName());
+         renderer._addJsonKeyValuePair("matchName", action.matchName());
+      }
+   });
 }
 
 // Every kind but count, on one line (the aggregation redirect on two).

@@ -92,14 +92,14 @@ void renderNamedCount(vellum::RendererV2& renderer, PolicyState::PtrConst const&
          renderer.writeString(" bytes");
       }
       for (auto const key : kNamedCountKeys) {
-         renderer._startJsonObject(key);
-         renderer._startJsonObject(counterName);
-         renderer._addJsonKeyValuePair("packetCount", packets);
-         if (withBytes) {
-            renderer._addJsonKeyValuePair("byteCount", bytes);
-         }
-         renderer.endJsonDict();
-         renderer.endJsonDict();
+         renderer.object(key, [&] {
+            renderer.object(counterName.view(), [&] {
+               renderer._addJsonKeyValuePair("packetCount", packets);
+               if (withBytes) {
+                  renderer._addJsonKeyValuePair("byteCount", bytes);
+               }
+            });
+         });
       }
    }
    finishCountLine(
@@ -118,11 +118,10 @@ void ShowTrafficPolicyBase::renderUndeclaredInputNamedCounter(vellum::RendererV2
    renderer->writeString("' is inactive because it has not been declared)");
    renderer->eol();
    for (auto const key : kNamedCountKeys) {
-      renderer->_startJsonObject(key);
-      renderer->_startJsonObject(counterName);
-      renderer->_addJsonKeyValuePair("undefined", true);
-      renderer->endJsonDict();
-      renderer->endJsonDict();
+      renderer->object(key, [&] {
+         renderer->object(counterName.view(),
+                          [&] { renderer->_addJsonKeyValuePair("undefined", true); });
+      });
    }
 }
 

@@ -100,9 +100,8 @@ void writeCounts(vellum::RendererV2* renderer, PolicyMap::PacketAndByte const& c
 
 void writeTotals(vellum::RendererV2* renderer, PolicyMap::PacketAndByte const& total,
                  bool withBytes) {
-   renderer->_startJsonObject("totals");
-   writeCounts(renderer, total, withBytes, "packetTotal", "byteTotal");
-   renderer->endJsonDict();
+   renderer->object("totals",
+                    [&] { writeCounts(renderer, total, withBytes, "packetTotal", "byteTotal"); });
 }
 
 void renderPerInterfaceCounts(vellum::RendererV2* renderer, PolicyState const& record,
@@ -111,18 +110,18 @@ void renderPerInterfaceCounts(vellum::RendererV2* renderer, PolicyState const& r
    auto const intfIndent = record.indentCountPerLevel() + kPolicyLineIndent;
    renderer->writeString(":");
    renderer->eol();
-   renderer->_startJsonObject("interfaces");
-   for (auto const& [intf, live] : data.perIntfCount()) {
-      auto const count =
-          getNamedIntfCount(snapshotsOf(record, isInput), data, record.name(), intf, live);
-      writeIndent(*renderer, intfIndent);
-      renderer->writeString(intf.stringValue());
-      renderer->writeString(": ");
-      renderer->_startJsonObject(intf.stringValue().view());
-      writeCounts(renderer, count, withBytes, "packetCount", "byteCount");
-      renderer->endJsonDict();
-   }
-   renderer->endJsonDict();
+   renderer->object("interfaces", [&] {
+      for (auto const& [intf, live] : data.perIntfCount()) {
+         auto const count =
+             getNamedIntfCount(snapshotsOf(record, isInput), data, record.name(), intf, live);
+         writeIndent(*renderer, intfIndent);
+         renderer->writeString(intf.stringValue());
+         renderer->writeString(": ");
+         renderer->object(intf.stringValue().view(), [&] {
+            writeCounts(renderer, count, withBytes, "packetCount", "byteCount");
+         });
+      }
+   });
    writeIndent(*renderer, intfIndent);
    renderer->writeString("Total: ");
    writeTotals(renderer, total, withBytes);
@@ -136,80 +135,81 @@ void renderPolicyNamedCountersInfo(vellum::RendererV2* renderer,
                                    bool byteCountersSupported, bool isInput) {
    auto const& snapshots = snapshotsOf(*policyState, isInput);
    bool const perInterface = countsPerInterface(*policyState, isInput);
-   renderer->_startJsonObject("namedCounters");
-   for (auto const& counterName : namedCounters) {
-      auto const data = getNamedCounterData(policyState, counterName, isInput);
-      // A counter that no rule's data backs is left out of text and JSON alike.
-      if (!data) {
-         TP_TRACE(1) << "Counter: " << counterName.view() << " is undefined";
-         continue;
+   renderer->object("namedCounters", [&] {
+      for (auto const& counterName : namedCounters) {
+         auto const data = getNamedCounterData(policyState, counterName, isInput);
+         // A counter that no rule's data backs is left out of text and JSON alike.
+         if (!data) {
+            TP_TRACE(1) << "Counter: " << counterName.view() << " is undefined";
+            continue;
+         }
+         PolicyMap::PacketAndByte const total{
+             getNamedPacketCount(snapshots, data, policyState->name()),
+             getNamedByteCount(snapshots, data, policyState->name())};
+         writeIndent(*renderer, kPolicyLineIndent);
+         renderer->writeString(counterName);
+         renderer->object(counterName.view(), [&] {
+            if (perInterface) {
+               renderPerInterfaceCounts(renderer, *policyState, *data, total, byteCountersSupported,
+                                        isInput);
+            } else {
+               renderer->writeString(": ");
+               writeTotals(renderer, total, byteCountersSupported);
+            }
+         });
       }
-      PolicyMap::PacketAndByte const total{
-          getNamedPacketCount(snapshots, data, policyState->name()),
-          getNamedByteCount(snapshots, data, policyState->name())};
-      writeIndent(*renderer, kPolicyLineIndent);
-      renderer->writeString(counterName);
-      renderer->_startJsonObject(counterName.view());
-      if (perInterface) {
-         renderPerInterfaceCounts(renderer, *policyState, *data, total, byteCountersSupported,
-                                  isInput);
-      } else {
-         renderer->writeString(": ");
-         writeTotals(renderer, total, byteCountersSupported);
-      }
-      renderer->endJsonDict();
-   }
-   renderer->endJsonDict();
+   });
 }
 
 void renderPolicyUnnamedCountersInfo(
     vellum::RendererV2* renderer, PolicyState::PtrConst const& policyState,
     Kel::OrderedMap<std::uint32_t, Kel::String> const& ruleCounters, bool isInput) {
    auto const& snapshots = snapshotsOf(*policyState, isInput);
-   renderer->_startJsonObject("unnamedCounters");
-   for (auto const& [ruleIndex, ruleName] : ruleCounters) {
-      // A rule whose counter the agent has not published yet has no figure to show.
-      auto const data = getUnnamedCounterData(policyState, ruleName, isInput);
-      if (!data) {
-         continue;
+   renderer->object("unnamedCounters", [&] {
+      for (auto const& [ruleIndex, ruleName] : ruleCounters) {
+         // A rule whose counter the agent has not published yet has no figure to show.
+         auto const data = getUnnamedCounterData(policyState, ruleName, isInput);
+         if (!data) {
+            continue;
+         }
+         writeIndent(*renderer, kPolicyLineIndent);
+         renderer->writeString("match rule: ");
+         renderer->writeString(ruleName);
+         renderer->writeString(": ");
+         renderer->object(ruleName.view(), [&] {
+            writeTotals(renderer, {getRulePacketCount(data, snapshots, policyState->name()), 0},
+                        false);
+         });
       }
-      writeIndent(*renderer, kPolicyLineIndent);
-      renderer->writeString("match rule: ");
-      renderer->writeString(ruleName);
-      renderer->writeString(": ");
-      renderer->_startJsonObject(ruleName.view());
-      writeTotals(renderer, {getRulePacketCount(data, snapshots, policyState->name()), 0}, false);
-      renderer->endJsonDict();
-   }
-   renderer->endJsonDict();
+   });
 }
 
 void _renderTrafficPolicyCounters(vellum::RendererV2* renderer,
                                   ShowTrafficPolicyBase::PolicyStateMap const& policies,
                                   Kel::String const& policyName, bool byteCountersSupported,
                                   bool isInput) {
-   renderer->_startJsonObject(isInput ? "trafficPolicies" : "egressTrafficPolicies");
-   for (auto const& [name, record] : policies) {
-      if (!policyName.empty() && name != policyName) {
-         continue;
+   renderer->object(isInput ? "trafficPolicies" : "egressTrafficPolicies", [&] {
+      for (auto const& [name, record] : policies) {
+         if (!policyName.empty() && name != policyName) {
+            continue;
+         }
+         if (!definedFor(*record, isInput)) {
+            TP_TRACE(6) << "TrafficPolicyShowCliHelper::_renderTrafficPolicyCounters  - "
+                        << name.view()
+                        << " is undefined; skip rendering its counters. isInput = " << isInput;
+            continue;
+         }
+         renderer->writeString("Traffic policy ");
+         renderer->writeString(name);
+         renderer->eol();
+         renderer->object(name.view(), [&] {
+            auto const tables = counterTablesOf(*record, isInput);
+            renderPolicyNamedCountersInfo(renderer, record, tables.namedCounters,
+                                          byteCountersSupported, isInput);
+            renderPolicyUnnamedCountersInfo(renderer, record, tables.ruleCounters, isInput);
+         });
       }
-      if (!definedFor(*record, isInput)) {
-         TP_TRACE(6) << "TrafficPolicyShowCliHelper::_renderTrafficPolicyCounters  - "
-                     << name.view()
-                     << " is undefined; skip rendering its counters. isInput = " << isInput;
-         continue;
-      }
-      renderer->writeString("Traffic policy ");
-      renderer->writeString(name);
-      renderer->eol();
-      renderer->_startJsonObject(name.view());
-      auto const tables = counterTablesOf(*record, isInput);
-      renderPolicyNamedCountersInfo(renderer, record, tables.namedCounters, byteCountersSupported,
-                                    isInput);
-      renderPolicyUnnamedCountersInfo(renderer, record, tables.ruleCounters, isInput);
-      renderer->endJsonDict();
-   }
-   renderer->endJsonDict();
+   });
 }
 
 void renderNamedCounter(vellum::RendererV2* renderer, PolicyState::PtrConst const& policyState) {
@@ -219,13 +219,13 @@ void renderNamedCounter(vellum::RendererV2* renderer, PolicyState::PtrConst cons
    }
    writeIndent(*renderer, 2 * kPolicyLineIndent);
    renderer->writeString("counter");
-   renderer->_startJsonList("namedCounters");
-   for (auto const& [counterName, isDeclared] : declared) {
-      renderer->writeString(" ");
-      renderer->writeString(counterName);
-      renderer->_addJsonKeyValuePair("", counterName);
-   }
-   renderer->endJsonList();
+   renderer->list("namedCounters", [&] {
+      for (auto const& [counterName, isDeclared] : declared) {
+         renderer->writeString(" ");
+         renderer->writeString(counterName);
+         renderer->_addJsonKeyValuePair("", counterName);
+      }
+   });
    renderer->eol();
 }
 

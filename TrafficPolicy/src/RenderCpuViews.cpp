@@ -82,8 +82,8 @@ void ShowTrafficPolicyCpu::renderTrafficPolicy(std::uint32_t fd, std::uint32_t f
 }
 
 void ShowTrafficPolicyCpu::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
-                                                       std::uint32_t) {
-   CommandOutput output(fd, fmt);
+                                                       std::uint32_t revision) {
+   CommandOutput output(fd, fmt, revision);
    _renderTrafficPolicyCounters(&output.renderer(), policyState(), policyName(),
                                 status() && status()->byteCountersSupported(), true);
    output.close();

@@ -11,22 +11,22 @@ namespace {
 template <typename Errors>
 void renderErrorEntries(vellum::RendererV2* renderer, Kel::String const& jsonKey,
                         Errors const& errors, std::uint32_t indent, bool printText) {
-   renderer->_startJsonList(jsonKey.view());
-   std::string entry;  // reused, so that entries cost no allocation once it has grown
-   for (auto const& [name, errorText] : errors) {
-      if (renderer->isJson()) {
-         entry.assign(name.view()).append(" (").append(errorText.view()).append(")");
-         renderer->_addJsonKeyValuePair("", entry);
-      } else if (printText) {
-         writeIndent(*renderer, indent);
-         renderer->writeString(name);
-         renderer->writeString(" (");
-         renderer->writeString(errorText);
-         renderer->writeString(")");
-         renderer->eol();
+   renderer->list(jsonKey.view(), [&] {
+      std::string entry;  // reused, so that entries cost no allocation once it has grown
+      for (auto const& [name, errorText] : errors) {
+         if (renderer->isJson()) {
+            entry.assign(name.view()).append(" (").append(errorText.view()).append(")");
+            renderer->_addJsonKeyValuePair("", entry);
+         } else if (printText) {
+            writeIndent(*renderer, indent);
+            renderer->writeString(name);
+            renderer->writeString(" (");
+            renderer->writeString(errorText);
+            renderer->writeString(")");
+            renderer->eol();
+         }
       }
-   }
-   renderer->endJsonList();
+   });
 }
 
 }  // namespace

@@ -159,8 +159,8 @@ void ShowTrafficPolicyInterface::renderTrafficPolicy(std::uint32_t fd, std::uint
 }
 
 void ShowTrafficPolicyInterface::renderTrafficPolicyCounters(std::uint32_t fd, std::uint32_t fmt,
-                                                             std::uint32_t) {
-   CommandOutput output(fd, fmt);
+                                                             std::uint32_t revision) {
+   CommandOutput output(fd, fmt, revision);
    auto& renderer = output.renderer();
    bool const showInput = !filterOutputPolicies_ && hasInterfaces(intfConfigInput_);
    bool const showOutput = !filterInputPolicies_ && hasInterfaces(intfConfigOutput_);

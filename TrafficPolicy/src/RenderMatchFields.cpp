@@ -85,10 +85,10 @@ void renderTcpFlagGroup(vellum::RendererV2& renderer, Classification::TcpFlagGro
    bool first = true;
    for (auto const* flag : activeFlags) {
       bool const flagBool = (group.value & flag->bit) != 0;
-      renderer._startJsonListEntry();
-      renderer._addJsonKeyValuePair("name", flag->name);
-      renderer._addJsonKeyValuePair("value", flagBool);
-      renderer.endJsonDict();
+      renderer.listEntry([&] {
+         renderer._addJsonKeyValuePair("name", flag->name);
+         renderer._addJsonKeyValuePair("value", flagBool);
+      });
       if (!first) {
          renderer.writeString(" ");
       }
@@ -106,25 +106,24 @@ void renderTcpFlagGroup(vellum::RendererV2& renderer, Classification::TcpFlagGro
 
 void renderIcmpTypes(vellum::RendererV2& renderer, ProtoField const& protoField,
                      std::uint32_t indent, ClassMapMatchOption option) {
-   renderer._startJsonList("icmps");
-   for (auto const& [type, typeAndCode] : protoField.icmpType()) {
-      renderer._startJsonListEntry();
-      writeHeading(renderer, indent, "ICMP type");
-      writeRangeText(renderer, type, "ICMP type", option);
-      renderer.eol();
-      writeRangeObject(renderer, cliJsonName("ICMP type"), type);
-      if (typeAndCode.icmpCode()) {
-         renderNumericalRange(renderer, "ICMP code", typeAndCode.icmpCode(), indent, option);
-      } else {
-         writeHeading(renderer, indent, "ICMP code");
-         renderer.writeString("all");
-         renderer.eol();
-         renderer._startJsonList(cliJsonName("ICMP code"));
-         renderer.endJsonList();
+   renderer.list("icmps", [&] {
+      for (auto const& [type, typeAndCode] : protoField.icmpType()) {
+         renderer.listEntry([&] {
+            writeHeading(renderer, indent, "ICMP type");
+            writeRangeText(renderer, type, "ICMP type", option);
+            renderer.eol();
+            writeRangeObject(renderer, cliJsonName("ICMP type"), type);
+            if (typeAndCode.icmpCode()) {
+               renderNumericalRange(renderer, "ICMP code", typeAndCode.icmpCode(), indent, option);
+            } else {
+               writeHeading(renderer, indent, "ICMP code");
+               renderer.writeString("all");
+               renderer.eol();
+               renderer.list(cliJsonName("ICMP code"), [] {});
+            }
+         });
       }
-      renderer.endJsonDict();
-   }
-   renderer.endJsonList();
+   });
 }
 
 // Each port field in turn, one protocol line above them all. The grouped form gives each its own
@@ -133,21 +132,18 @@ void renderIcmpTypes(vellum::RendererV2& renderer, ProtoField const& protoField,
 void renderPortFields(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                       ProtoField const& protoField, bool showFieldSetCounts, std::uint32_t indent,
                       ClassMapMatchOption option, bool grouped) {
-   if (grouped) {
-      renderer._startJsonList("ports");
-   }
-   for (auto const& portField : protoField.port()) {
-      if (grouped) {
-         renderer._startJsonListEntry();
-      }
+   auto const renderOne = [&](Classification::PortField const& portField) {
       renderL4Ports(renderer, fieldSetState, portField, showFieldSetCounts, indent, option);
-      if (grouped) {
-         renderer.endJsonDict();
+   };
+   if (!grouped) {
+      std::ranges::for_each(protoField.port(), renderOne);
+      return;
+   }
+   renderer.list("ports", [&] {
+      for (auto const& portField : protoField.port()) {
+         renderer.listEntry([&] { renderOne(portField); });
       }
-   }
-   if (grouped) {
-      renderer.endJsonList();
-   }
+   });
 }
 
 bool hasSubCriteria(Kel::Ptr<ProtoField> const& protoField) {
@@ -177,27 +173,27 @@ void renderPortDirection(vellum::RendererV2& renderer, FieldSetState const& fiel
 void renderVlanTag(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                    Classification::StructuredFilter const& structuredFilter, std::uint32_t indent,
                    ClassMapMatchOption option, bool showFieldSetCounts) {
-   renderer._startJsonList("dot1qVlanTags");
-   forEachInOrder(structuredFilter.vlanTags(), [&](Classification::VlanRangeSet const& range) {
-      KEL_ASSERT(!range.vlans() || !range.vlanFieldSets());
-      renderer._startJsonListEntry();
-      if (range.vlanFieldSets()) {
-         renderFieldSetReferences(renderer, "802.1Q VLAN", "dot1qVlanFieldSets", indent,
-                                  range.vlanFieldSets(), fieldSetState.vlanFieldSet(),
-                                  showFieldSetCounts);
-      } else {
-         renderNumericalRange(renderer, "802.1Q VLAN", range.vlans(), indent, option);
-      }
-      renderer.endJsonDict();
+   renderer.list("dot1qVlanTags", [&] {
+      forEachInOrder(structuredFilter.vlanTags(), [&](Classification::VlanRangeSet const& range) {
+         KEL_ASSERT(!range.vlans() || !range.vlanFieldSets());
+         renderer.listEntry([&] {
+            if (range.vlanFieldSets()) {
+               renderFieldSetReferences(renderer, "802.1Q VLAN", "dot1qVlanFieldSets", indent,
+                                        range.vlanFieldSets(), fieldSetState.vlanFieldSet(),
+                                        showFieldSetCounts);
+            } else {
+               renderNumericalRange(renderer, "802.1Q VLAN", range.vlans(), indent, option);
+            }
+         });
+      });
    });
-   renderer.endJsonList();
 }
 
 void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                     std::string_view label,
                     Classification::StructuredFilter const& structuredFilter, std::uint32_t indent,
                     std::uint32_t indentCountPerLevel, ClassMapMatchOption option,
-                    bool showFieldSetCounts, std::uint32_t revision, std::uint32_t format) {
+                    bool showFieldSetCounts) {
    // The map orders protocol ranges by low, then high end: the order they are shown in.
    auto const& protocols = structuredFilter.proto();
    bool const compact = std::ranges::none_of(
@@ -205,35 +201,36 @@ void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetS
    auto const jsonKey = cliJsonName(label);
    TP_TRACE(8) << label << " --> " << jsonKey;
    auto const subIndent = indent + indentCountPerLevel;
-   bool const grouped = groupedJsonForm(revision, format);
+   bool const grouped = renderer.context().groupedJsonForm;
 
-   renderer._startJsonList(jsonKey);
-   std::uint32_t column = 0;
-   for (auto const& [range, protoField] : protocols) {
-      if (compact && column != 0) {
-         writeIndent(renderer, column);
-      } else {
-         column = writeHeading(renderer, indent, label);
+   renderer.list(jsonKey, [&] {
+      std::uint32_t column = 0;
+      for (auto const& [range, protoField] : protocols) {
+         if (compact && column != 0) {
+            writeIndent(renderer, column);
+         } else {
+            column = writeHeading(renderer, indent, label);
+         }
+         writeRangeText(renderer, range, label, option);
+         renderer.eol();
+         renderer.listEntry([&] {
+            writeRangeObject(renderer, "protocolRange", range);
+            if (!hasSubCriteria(protoField)) {
+               return;
+            }
+            if (range == kTcp && protoField->tcpFlag()) {
+               renderTcpFlags(renderer, *protoField, subIndent);
+            }
+            if (!protoField->port().empty()) {
+               renderPortFields(renderer, fieldSetState, *protoField, showFieldSetCounts, subIndent,
+                                option, grouped);
+            }
+            if (protoField->icmpType()) {
+               renderIcmpTypes(renderer, *protoField, subIndent, option);
+            }
+         });
       }
-      writeRangeText(renderer, range, label, option);
-      renderer.eol();
-      renderer._startJsonListEntry();
-      writeRangeObject(renderer, "protocolRange", range);
-      if (hasSubCriteria(protoField)) {
-         if (range == kTcp && protoField->tcpFlag()) {
-            renderTcpFlags(renderer, *protoField, subIndent, revision, format);
-         }
-         if (!protoField->port().empty()) {
-            renderPortFields(renderer, fieldSetState, *protoField, showFieldSetCounts, subIndent,
-                             option, grouped);
-         }
-         if (protoField->icmpType()) {
-            renderIcmpTypes(renderer, *protoField, subIndent, option);
-         }
-      }
-      renderer.endJsonDict();
-   }
-   renderer.endJsonList();
+   });
 }
 
 void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
@@ -248,22 +245,20 @@ void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
 }
 
 void renderTcpFlags(vellum::RendererV2& renderer, ProtoField const& protoField,
-                    std::uint32_t indent, std::uint32_t revision, std::uint32_t format) {
+                    std::uint32_t indent) {
    auto const jsonKey = cliJsonName("TCP flags");
    TP_TRACE(8) << "TCP flags --> " << jsonKey;
    // The older form has no groups: the flags of every group make up one list.
-   bool const grouped = groupedJsonForm(revision, format);
+   bool const grouped = renderer.context().groupedJsonForm;
    renderLabelledList(renderer, "TCP flags", grouped ? "tcpFlagGroups" : jsonKey, indent,
                       protoField.tcpFlag(), [&](Classification::TcpFlagGroup const& group) {
-                         if (grouped) {
-                            renderer._startJsonListEntry();
-                            renderer._startJsonList(jsonKey);
+                         if (!grouped) {
+                            renderTcpFlagGroup(renderer, group);
+                            return;
                          }
-                         renderTcpFlagGroup(renderer, group);
-                         if (grouped) {
-                            renderer.endJsonList();
-                            renderer.endJsonDict();
-                         }
+                         renderer.listEntry([&] {
+                            renderer.list(jsonKey, [&] { renderTcpFlagGroup(renderer, group); });
+                         });
                       });
 }
 

@@ -29,12 +29,11 @@ void renderRulesModel(vellum::RendererV2* renderer, std::uint32_t ruleCount) {
 }
 
 void renderPolicyRulesAndWarnings(ShowTrafficPolicyBase& show, vellum::RendererV2* renderer,
-                                  PolicyState::PtrConst const& policyState, std::uint32_t format,
-                                  std::uint32_t revision) {
+                                  PolicyState::PtrConst const& policyState) {
    if (!policyState->errors()) {
       renderNamedCounter(renderer, policyState);
       renderer->_startJsonList("rules");
-      show.renderRules(renderer, policyState, kRuleIndent, format, revision);
+      show.renderRules(renderer, policyState, kRuleIndent);
       renderer->endJsonList();
    }
    renderer->endJsonDict();

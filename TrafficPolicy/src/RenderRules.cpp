@@ -126,13 +126,13 @@ void renderFlagLine(vellum::RendererV2& renderer, std::uint32_t indent, std::str
 void renderFragment(vellum::RendererV2& renderer, Classification::Fragment const& fragment,
                     std::uint32_t indent, ClassMapMatchOption option) {
    if (fragment.kind == Classification::Fragment::matchAll) {
-      renderer._startJsonObject("fragment");
-      renderFlagLine(renderer, indent, "Fragment: all", "matchAllFragments", true);
-      renderer.endJsonDict();
+      renderer.object("fragment", [&] {
+         renderFlagLine(renderer, indent, "Fragment: all", "matchAllFragments", true);
+      });
    } else if (fragment.kind == Classification::Fragment::matchOffsets && fragment.offset) {
-      renderer._startJsonObject("fragment");
-      renderNumericalRange(renderer, "Fragment: offset", fragment.offset, indent, option);
-      renderer.endJsonDict();
+      renderer.object("fragment", [&] {
+         renderNumericalRange(renderer, "Fragment: offset", fragment.offset, indent, option);
+      });
    }
 }
 
@@ -167,40 +167,37 @@ std::string_view matchOptionWord(ClassMapMatchOption option) noexcept {
 
 void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
                                         PolicyState::PtrConst const& policyState,
-                                        std::uint32_t indent, std::uint32_t format,
-                                        std::uint32_t revision) {
+                                        std::uint32_t indent) {
    KEL_ASSERT(policyState);
    auto const innerIndent = indent + policyState->indentCountPerLevel();
    for (auto const& [ruleIndex, match] : policyState->classMapConfig()) {
       auto const& ruleName = policyState->ruleName(ruleIndex);
       auto const optionWord = matchOptionWord(match->option());
-      renderer->_startJsonListEntry();
-      renderer->_addJsonKeyValuePair("ruleString", ruleName);
-      renderer->_addJsonKeyValuePair("matchOption", optionWord);
-      writeIndent(*renderer, indent);
-      renderer->writeString("match ");
-      renderer->writeString(ruleName);
-      renderer->writeString(" ");
-      renderer->writeString(optionWord);
-      renderer->eol();
-      // The first view flag asks for rules without their matches.
-      if (!policyState->summary()) {
-         TP_TRACE(8) << "Rendering detailed view of the rule " << ruleName.view();
-         renderMatches(*renderer, *fieldSetState(), *policyState, *match, detail(), innerIndent,
-                       revision, format);
-      }
-      renderActions(renderer, ruleName, ruleIndex, policyState, innerIndent);
-      renderer->endJsonDict();
+      renderer->listEntry([&] {
+         renderer->_addJsonKeyValuePair("ruleString", ruleName);
+         renderer->_addJsonKeyValuePair("matchOption", optionWord);
+         writeIndent(*renderer, indent);
+         renderer->writeString("match ");
+         renderer->writeString(ruleName);
+         renderer->writeString(" ");
+         renderer->writeString(optionWord);
+         renderer->eol();
+         // The first view flag asks for rules without their matches.
+         if (!policyState->summary()) {
+            TP_TRACE(8) << "Rendering detailed view of the rule " << ruleName.view();
+            renderMatches(*renderer, *fieldSetState(), *policyState, *match, detail(), innerIndent);
+         }
+         renderActions(renderer, ruleName, ruleIndex, policyState, innerIndent);
+      });
    }
 }
 
 void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                    PolicyState const& policyState, PolicyMap::ClassMapMatch const& match,
-                   bool showFieldSetCounts, std::uint32_t indent, std::uint32_t revision,
-                   std::uint32_t format) {
+                   bool showFieldSetCounts, std::uint32_t indent) {
    TP_TRACE(8) << "void TrafficPolicyCli::renderMatches(vellum::RendererV2&, const "
                   "TrafficPolicyCli::FieldSetState&, const TrafficPolicyCli::PolicyState&, const "
-                  "PolicyMap::ClassMapMatch&, bool, uint32_t, uint32_t, uint32_t)policyName:"
+                  "PolicyMap::ClassMapMatch&, bool, uint32_t)policyName:"
                << policyState.name().view();
    auto const& structuredFilter = match.structuredFilter();
    if (!structuredFilter) {
@@ -208,6 +205,7 @@ void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
       return;
    }
    auto const option = match.option();
+   // Not a scope helper: the address assertions inside must name this function.
    renderer._startJsonObject("matches");
    if (!structuredFilter->vlanTags().empty()) {
       renderVlanTag(renderer, fieldSetState, *structuredFilter, indent, option, showFieldSetCounts);
@@ -222,8 +220,7 @@ void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
                    destinationsOf(*structuredFilter));
    if (structuredFilter->proto()) {
       renderProtocol(renderer, fieldSetState, "Protocol", *structuredFilter, indent,
-                     policyState.indentCountPerLevel(), option, showFieldSetCounts, revision,
-                     format);
+                     policyState.indentCountPerLevel(), option, showFieldSetCounts);
    }
    if (structuredFilter->length()) {
       renderNumericalRange(renderer, "IP length", structuredFilter->length(), indent, option);

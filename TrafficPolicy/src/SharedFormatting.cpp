@@ -34,29 +34,29 @@ void renderListEntry(vellum::RendererV2& renderer, std::string_view label, std::
                      bool printText) {
    constexpr std::size_t kShownNames = 3;
    bool const inText = printText && renderer.isText();
-   renderer._startJsonList(jsonKey);
-   if (inText) {
-      writeIndent(renderer, kListIndent);
-      renderer.writeString(label);
-   }
-   std::size_t count = 0;
-   for (auto position = names.begin(); position != names.end(); ++position) {
-      auto const& name = position->first;
-      renderer._addJsonKeyValuePair("", name);
-      ++count;
-      if (!inText) {
-         continue;
+   renderer.list(jsonKey, [&] {
+      if (inText) {
+         writeIndent(renderer, kListIndent);
+         renderer.writeString(label);
       }
-      if (showAll || count <= kShownNames) {
-         renderer.writeString(name);
-         if (std::next(position) != names.end()) {
-            renderer.addFrill(", ");
+      std::size_t count = 0;
+      for (auto position = names.begin(); position != names.end(); ++position) {
+         auto const& name = position->first;
+         renderer._addJsonKeyValuePair("", name);
+         ++count;
+         if (!inText) {
+            continue;
          }
-      } else if (count == kShownNames + 1) {
-         renderer.addFrill("...");
+         if (showAll || count <= kShownNames) {
+            renderer.writeString(name);
+            if (std::next(position) != names.end()) {
+               renderer.addFrill(", ");
+            }
+         } else if (count == kShownNames + 1) {
+            renderer.addFrill("...");
+         }
       }
-   }
-   renderer.endJsonList();
+   });
    if (inText) {
       renderer.eol();
    }

@@ -85,32 +85,32 @@ void writePaddedPrefix(vellum::RendererV2& renderer, IpGenPrefix const& pfx, std
 // The second column and the entry's "exceptPrefixes" list.
 void renderExceptPrefixes(vellum::RendererV2& renderer, std::span<IpGenPrefix const> exceptions,
                           std::uint32_t columnStart) {
-   renderer._startJsonList("exceptPrefixes");
-   if (exceptions.empty()) {
-      renderer.writeString("None");
-   }
-   for (std::size_t index = 0; index < exceptions.size(); ++index) {
-      if (index > 0) {
-         renderer.eol();
-         renderer.writeString(Strix::JustifyLeft<char const*>("", columnStart));
+   renderer.list("exceptPrefixes", [&] {
+      if (exceptions.empty()) {
+         renderer.writeString("None");
       }
-      renderer.writeString(exceptions[index]);
-      renderer._addJsonKeyValuePair("", exceptions[index]);
-   }
-   renderer.endJsonList();
+      for (std::size_t index = 0; index < exceptions.size(); ++index) {
+         if (index > 0) {
+            renderer.eol();
+            renderer.writeString(Strix::JustifyLeft<char const*>("", columnStart));
+         }
+         renderer.writeString(exceptions[index]);
+         renderer._addJsonKeyValuePair("", exceptions[index]);
+      }
+   });
 }
 
 void renderPrefixRow(vellum::RendererV2& renderer, TableColumns const& columns,
                      IpGenPrefix const& pfx, std::span<IpGenPrefix const> exceptions) {
-   renderer._startJsonListEntry();
-   renderer._addJsonKeyValuePair("prefix", pfx);
-   if (renderer.isText()) {
-      writePaddedPrefix(renderer, pfx, columns.prefix);
-      renderer.writeString(kColumnGap);
-   }
-   renderExceptPrefixes(renderer, exceptions,
-                        columns.prefix + static_cast<std::uint32_t>(kColumnGap.size()));
-   renderer.endJsonDict();
+   renderer.listEntry([&] {
+      renderer._addJsonKeyValuePair("prefix", pfx);
+      if (renderer.isText()) {
+         writePaddedPrefix(renderer, pfx, columns.prefix);
+         renderer.writeString(kColumnGap);
+      }
+      renderExceptPrefixes(renderer, exceptions,
+                           columns.prefix + static_cast<std::uint32_t>(kColumnGap.size()));
+   });
    renderer.eol();
 }
 
@@ -166,12 +166,13 @@ void ShowTrafficPolicyPrefixFieldSet::renderFieldSet(vellum::RendererV2& rendere
       renderer.eol();
       renderer.eol();
    }
-   renderer._startJsonObject(name);
-   if (renderer.isJson()) {
-      renderer._addJsonKeyValuePair("source", contentsSourceShowString(subConfig->source(), true));
-   }
-   renderPrefixes(renderer, *subConfig, ipv4);
-   renderer.endJsonDict();
+   renderer.object(name, [&] {
+      if (renderer.isJson()) {
+         renderer._addJsonKeyValuePair("source",
+                                       contentsSourceShowString(subConfig->source(), true));
+      }
+      renderPrefixes(renderer, *subConfig, ipv4);
+   });
 }
 
 bool ShowTrafficPolicyPrefixFieldSet::skipFieldSet(FieldSetPtr const& fieldSet) const {

@@ -89,12 +89,12 @@ void ShowTrafficPolicyRangeFieldSet<SubConfig, listing>::renderFieldSet(
          renderer.eol();
       }
    }
-   renderer._startJsonObject(name);
-   if (renderer.isJson()) {
-      renderer._addJsonKeyValuePair("source", contentsSourceShowString(source, true));
-   }
-   renderContents(renderer, *subConfig, kFieldSetContentsIndent);
-   renderer.endJsonDict();
+   renderer.object(name, [&] {
+      if (renderer.isJson()) {
+         renderer._addJsonKeyValuePair("source", contentsSourceShowString(source, true));
+      }
+      renderContents(renderer, *subConfig, kFieldSetContentsIndent);
+   });
 }
 
 template <typename SubConfig, RangeListing<SubConfig> const& listing>
@@ -120,20 +120,20 @@ void ShowTrafficPolicyRangeFieldSet<SubConfig, listing>::renderRanges(vellum::Re
    if (ranges.empty()) {
       return;
    }
-   renderer._startJsonList(listing.listKey);
-   bool first = true;
-   std::size_t column = 0;
-   for (auto const& range : ranges) {
-      renderer._startJsonListEntry();
-      renderer._addJsonKeyValuePair("low", range.low);
-      renderer._addJsonKeyValuePair("high", range.high);
-      renderer.endJsonDict();
-      if (renderer.isText()) {
-         column = writeWrapped(renderer, range, first, column, indent);
+   renderer.list(listing.listKey, [&] {
+      bool first = true;
+      std::size_t column = 0;
+      for (auto const& range : ranges) {
+         renderer.listEntry([&] {
+            renderer._addJsonKeyValuePair("low", range.low);
+            renderer._addJsonKeyValuePair("high", range.high);
+         });
+         if (renderer.isText()) {
+            column = writeWrapped(renderer, range, first, column, indent);
+         }
+         first = false;
       }
-      first = false;
-   }
-   renderer.endJsonList();
+   });
    renderer.eol();
 }
 

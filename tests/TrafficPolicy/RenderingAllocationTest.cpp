@@ -30,7 +30,7 @@ TEST(RenderingAllocation, NoAllocationPerRule) {
       vellum::RendererV2 renderer(format, &buffer, true);
       // Structured bindings are named in init-captures: clang 14 cannot capture them.
       auto const renderRound = [&, &show = show, &record = record] {
-         show->renderRules(&renderer, record, 6, static_cast<std::uint32_t>(format), 2);
+         show->renderRules(&renderer, record, 6);
       };
       renderer._startJsonList("rules");
       renderRound();  // builds what is made once per process (the number-name maps)

@@ -31,17 +31,17 @@ std::string MemoryFile::contents() const {
    }
 }
 
-std::string render(vellum::OutputFormat_t format,
+std::string render(vellum::OutputContext context,
                    std::function<void(vellum::RendererV2&)> const& calls) {
    MemoryFile file;
    {
       vellum::VellumBuffer buffer(file.fd(), 1048576, 1);
-      vellum::RendererV2 renderer(format, &buffer, true);
-      if (format == vellum::OutputFormat_t::json) {
+      vellum::RendererV2 renderer(context, &buffer, true);
+      if (renderer.isJson()) {
          buffer.append("{");
       }
       calls(renderer);
-      if (format == vellum::OutputFormat_t::json) {
+      if (renderer.isJson()) {
          buffer.append("}\n");
       }
    }

@@ -26,10 +26,14 @@ class MemoryFile {
    int fd_;
 };
 
-// Renders with a buffered RendererV2 in `format` and returns the output. In JSON the calls are
+// Renders with a buffered RendererV2 in `context` and returns the output. In JSON the calls are
 // wrapped in the raw "{" and "}\n" that every command writes around its document.
-std::string render(vellum::OutputFormat_t format,
+std::string render(vellum::OutputContext context,
                    std::function<void(vellum::RendererV2&)> const& calls);
+inline std::string render(vellum::OutputFormat_t format,
+                          std::function<void(vellum::RendererV2&)> const& calls) {
+   return render(vellum::outputContext(format), calls);
+}
 
 // Parses with nlohmann::json; a parse error fails the calling test with the document in the
 // message.

@@ -1,7 +1,7 @@
 // One command's output, set up as every render entry of the library sets it up: a 1 MiB print
-// buffer over the command's descriptor, a buffered renderer over it and, in JSON, the raw outer
-// braces around the command's top-level object. The buffer is flushed when the output is
-// destroyed, after the renderer.
+// buffer over the command's descriptor, a buffered renderer over it that carries the format and
+// revision the command was given and, in JSON, the raw outer braces around the command's top-level
+// object. The buffer is flushed when the output is destroyed, after the renderer.
 #pragma once
 
 #include <cstdint>
@@ -16,9 +16,10 @@ namespace TrafficPolicyCli {
 class CommandOutput {
  public:
    // In JSON, opens the document; the command writes its top-level keys itself.
-   CommandOutput(std::uint32_t fd, std::uint32_t fmt);
+   CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision);
    // In JSON, opens the document and its one top-level object `topLevelKey`.
-   CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::string_view topLevelKey);
+   CommandOutput(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision,
+                 std::string_view topLevelKey);
    CommandOutput(CommandOutput const&) = delete;
    CommandOutput& operator=(CommandOutput const&) = delete;
 

@@ -2,9 +2,9 @@
 // one rule's criteria in a fixed order; the others each draw one kind of criterion and are shared
 // by the outer and the inner (encapsulated) header.
 //
-// Two arguments choose the JSON form of protocols: `revision` (the output revision) and `format`
-// (the output format). Revision 1 in JSON keeps the older form that lists ports and TCP flags
-// without their grouping lists; every other combination writes the grouped form.
+// The renderer's output context chooses the JSON form of protocols: revision 1 in JSON keeps the
+// older form that lists ports and TCP flags without their grouping lists; every other
+// combination writes the grouped form.
 #pragma once
 
 #include <cstdint>
@@ -18,19 +18,13 @@
 
 namespace TrafficPolicyCli {
 
-// Whether ports and TCP flags are written inside their grouping lists ("ports", "tcpFlagGroups").
-constexpr bool groupedJsonForm(std::uint32_t revision, std::uint32_t format) noexcept {
-   return revision >= 2 || format == 1;
-}
-
 // "ipv4", "ipv6", "mac", "mpls", or the empty string for any other option.
 std::string_view matchOptionWord(PolicyMap::ClassMapMatchOption option) noexcept;
 
 // One rule's criteria; `showFieldSetCounts` adds field-set sizes to the text.
 void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                    PolicyState const& policyState, PolicyMap::ClassMapMatch const& match,
-                   bool showFieldSetCounts, std::uint32_t indent, std::uint32_t revision,
-                   std::uint32_t format);
+                   bool showFieldSetCounts, std::uint32_t indent);
 
 // Literal prefixes under a label of cliMap, in prefix order.
 void renderPrefixSet(vellum::RendererV2& renderer, std::string_view label,
@@ -69,13 +63,13 @@ void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetS
                     std::string_view label,
                     Classification::StructuredFilter const& structuredFilter, std::uint32_t indent,
                     std::uint32_t indentCountPerLevel, PolicyMap::ClassMapMatchOption option,
-                    bool showFieldSetCounts, std::uint32_t revision, std::uint32_t format);
+                    bool showFieldSetCounts);
 
 void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                    Classification::PortField const& portField, bool showFieldSetCounts,
                    std::uint32_t indent, PolicyMap::ClassMapMatchOption option);
 
 void renderTcpFlags(vellum::RendererV2& renderer, Classification::ProtoField const& protoField,
-                    std::uint32_t indent, std::uint32_t revision, std::uint32_t format);
+                    std::uint32_t indent);
 
 }  // namespace TrafficPolicyCli

@@ -18,8 +18,7 @@ void renderPolicyHeading(vellum::RendererV2* renderer, Kel::String const& name);
 // The end of one policy: unless in the errors view its named counters and rules; the end of its
 // JSON object; the warnings about undefined field sets and counters.
 void renderPolicyRulesAndWarnings(ShowTrafficPolicyBase& show, vellum::RendererV2* renderer,
-                                  PolicyState::PtrConst const& policyState, std::uint32_t format,
-                                  std::uint32_t revision);
+                                  PolicyState::PtrConst const& policyState);
 
 // Text only: "Total number of rules configured: N".
 void renderRulesModel(vellum::RendererV2* renderer, std::uint32_t ruleCount);
@@ -53,7 +52,7 @@ void renderPolicyViews(ShowTrafficPolicyBase& show, std::uint32_t fd, std::uint3
                        std::uint32_t revision, std::string_view note,
                        std::string_view failureWarning, RenderAttachments&& renderAttachments,
                        InstallationFailed&& installationFailed) {
-   CommandOutput output(fd, format, "trafficPolicies");
+   CommandOutput output(fd, format, revision, "trafficPolicies");
    auto* const renderer = &output.renderer();
    bool anyFailed = false;
    for (auto const& [name, record] : show.policyState()) {
@@ -61,7 +60,7 @@ void renderPolicyViews(ShowTrafficPolicyBase& show, std::uint32_t fd, std::uint3
          continue;
       }
       renderAttachments(renderer, PolicyState::PtrConst(record));
-      renderPolicyRulesAndWarnings(show, renderer, record, format, revision);
+      renderPolicyRulesAndWarnings(show, renderer, record);
       anyFailed = anyFailed || installationFailed(*record);
    }
    if (!show.errors()) {

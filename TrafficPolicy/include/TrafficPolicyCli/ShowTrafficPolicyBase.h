@@ -69,11 +69,10 @@ class ShowTrafficPolicyBase : public ShowCommand {
    // ---- Rendering steps that every variant shares ----
    // Every rule of one policy, each as one element of the JSON list the caller has opened: the
    // header line "match NAME OPTION" at `indent`, then its matches (unless the policy's first
-   // view flag leaves them out) and its actions one level further in. `format` and `revision`
-   // are the output format and revision that `render` was given; they choose the JSON form of
-   // protocols.
+   // view flag leaves them out) and its actions one level further in. The renderer's output
+   // context chooses the JSON form of protocols.
    void renderRules(vellum::RendererV2* renderer, PolicyState::PtrConst const& policyState,
-                    std::uint32_t indent, std::uint32_t format, std::uint32_t revision);
+                    std::uint32_t indent);
    // The actions of one rule at `indent`; nothing when the rule has none.
    void renderActions(vellum::RendererV2* renderer, Kel::String const& ruleName,
                       std::uint32_t ruleIndex, PolicyState::PtrConst const& policyState,

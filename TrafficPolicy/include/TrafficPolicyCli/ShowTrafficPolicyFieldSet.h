@@ -58,7 +58,8 @@ class ShowTrafficPolicyFieldSetBase : public ShowCommand {
                            Classification::FieldSetMap<SubConfig> const* sets,
                            ListingWords const& words, bool filterGiven,
                            RenderOne const& renderOne) {
-      CommandOutput output(fd, fmt, words.jsonKey);
+      // The listings have one form in every revision.
+      CommandOutput output(fd, fmt, vellum::kLatestRevision, words.jsonKey);
       auto& renderer = output.renderer();
       if (sets && !fieldSetName_.empty()) {
          if (auto const* fieldSet = sets->lookup(fieldSetName_)) {

@@ -7,6 +7,12 @@
 // one (comma first). Strings are escaped so that every document is valid JSON: quotes,
 // backslashes and control characters are escaped, well-formed UTF-8 is copied as it stands and
 // malformed bytes become U+FFFD.
+//
+// Scopes are best opened with object(), list() and listEntry(), which write the close themselves.
+// In debug and sanitizer builds the renderer follows the JSON nesting and asserts at the call that
+// breaks it: a close of the wrong kind, a key inside a list, a bare value inside an object, or an
+// object or list still open when the renderer ends. The level the renderer starts at is the
+// caller's raw document and is not checked. Release builds keep no nesting state.
 #pragma once
 
 #include <algorithm>
@@ -16,12 +22,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <string_view>
 
 #include "Kel/String.h"
 #include "Quoll/IpGenPrefix.h"
 #include "Strix/JustifyLeft.h"
+#include "vellum/OutputContext.h"
 #include "vellum/OutputFormat.h"
 #include "vellum/VellumBuffer.h"
 
@@ -83,12 +91,30 @@ concept UnsignedNumber = std::unsigned_integral<T> && !std::same_as<T, bool>;
 
 class Renderer {
  public:
-   Renderer(OutputFormat_t format, VellumBuffer* buffer) : format_(format), buffer_(*buffer) {}
+   Renderer(OutputContext context, VellumBuffer* buffer) : context_(context), buffer_(*buffer) {}
+   Renderer(OutputFormat_t format, VellumBuffer* buffer)
+       : Renderer(outputContext(format), buffer) {}
+#ifndef NDEBUG
+   // Asserts that every scope was closed, unless an exception (an interrupt above all) is ending
+   // the output: an interrupted document stays as far as it got.
+   ~Renderer() noexcept(false);
+#endif
 
-   OutputFormat_t format() const noexcept { return format_; }
-   bool isText() const noexcept { return format_ == OutputFormat_t::text; }
-   bool isJson() const noexcept { return format_ == OutputFormat_t::json; }
-   VellumBuffer& buffer() noexcept { return buffer_; }
+   OutputContext const& context() const noexcept {
+      return context_;
+   }
+   OutputFormat_t format() const noexcept {
+      return context_.format;
+   }
+   bool isText() const noexcept {
+      return context_.format == OutputFormat_t::text;
+   }
+   bool isJson() const noexcept {
+      return context_.format == OutputFormat_t::json;
+   }
+   VellumBuffer& buffer() noexcept {
+      return buffer_;
+   }
 
    // ---- Text ----
    void writeString(std::string_view text) {
@@ -96,12 +122,18 @@ class Renderer {
          buffer_.append(text);
       }
    }
-   void writeString(char const* text) { writeString(std::string_view(text)); }
+   void writeString(char const* text) {
+      writeString(std::string_view(text));
+   }
    void writeString(char const* text, std::size_t length) {
       writeString(std::string_view(text, length));
    }
-   void writeString(Kel::String const& text) { writeString(text.view()); }
-   void writeString(std::string const& text) { writeString(std::string_view(text)); }
+   void writeString(Kel::String const& text) {
+      writeString(text.view());
+   }
+   void writeString(std::string const& text) {
+      writeString(std::string_view(text));
+   }
    template <UnsignedNumber T>
    void writeString(T number) {
       if (isText()) {
@@ -140,20 +172,55 @@ class Renderer {
    }
 
    // Separators, colons and brackets that exist only in text.
-   void addFrill(std::string_view frill) { writeString(frill); }
+   void addFrill(std::string_view frill) {
+      writeString(frill);
+   }
 
    // ---- JSON ----
-   void _startJsonObject(std::string_view key) { openKeyed(key, '{'); }
-   void _startJsonList(std::string_view key) { openKeyed(key, '['); }
+   void _startJsonObject(std::string_view key) {
+      openKeyed(key, Scope::object);
+   }
+   void _startJsonList(std::string_view key) {
+      openKeyed(key, Scope::list);
+   }
    void _startJsonListEntry() {
       if (isJson()) {
+         checkBareValue();
+         opened(Scope::object);
          separate();
          buffer_.append('{');
          first_ = true;
       }
    }
-   void endJsonDict() { close('}'); }
-   void endJsonList() { close(']'); }
+   void endJsonDict() {
+      close(Scope::object);
+   }
+   void endJsonList() {
+      close(Scope::list);
+   }
+
+   // Scopes that close themselves around `body`, which writes their contents (text included: the
+   // brackets exist in JSON only). An exception out of `body` leaves the scope open, as an
+   // interrupted document is left.
+   template <typename Body>
+   void object(std::string_view key, Body&& body) {
+      _startJsonObject(key);
+      body();
+      endJsonDict();
+   }
+   template <typename Body>
+   void list(std::string_view key, Body&& body) {
+      _startJsonList(key);
+      body();
+      endJsonList();
+   }
+   // An object as an element of the enclosing list.
+   template <typename Body>
+   void listEntry(Body&& body) {
+      _startJsonListEntry();
+      body();
+      endJsonDict();
+   }
 
    void _addJsonKeyValuePair(std::string_view key, std::string_view value) {
       if (startPair(key)) {
@@ -209,6 +276,21 @@ class Renderer {
    }
 
  private:
+   enum class Scope : bool { list, object };
+
+#ifdef NDEBUG
+   void opened(Scope) noexcept {}
+   void closed(Scope) noexcept {}
+   void checkKey() const noexcept {}
+   void checkBareValue() const noexcept {}
+#else
+   void opened(Scope scope);
+   void closed(Scope scope);
+   void checkKey() const;
+   void checkBareValue() const;
+   bool inside(Scope scope) const noexcept;
+#endif
+
    void separate() {
       if (!first_) {
          buffer_.append(',');
@@ -235,16 +317,25 @@ class Renderer {
       *out++ = ':';
       buffer_.commit(static_cast<std::size_t>(out - start));
    }
-   void openKeyed(std::string_view key, char bracket) {
+   static char openBracket(Scope scope) noexcept {
+      return scope == Scope::object ? '{' : '[';
+   }
+   static char closeBracket(Scope scope) noexcept {
+      return scope == Scope::object ? '}' : ']';
+   }
+   void openKeyed(std::string_view key, Scope scope) {
       if (isJson()) {
+         checkKey();
+         opened(scope);
          startKey(key);
-         buffer_.append(bracket);
+         buffer_.append(openBracket(scope));
          first_ = true;
       }
    }
-   void close(char bracket) {
+   void close(Scope scope) {
       if (isJson()) {
-         buffer_.append(bracket);
+         closed(scope);
+         buffer_.append(closeBracket(scope));
          first_ = false;
       }
    }
@@ -254,8 +345,10 @@ class Renderer {
          return false;
       }
       if (key.empty()) {
+         checkBareValue();
          separate();
       } else {
+         checkKey();
          startKey(key);
       }
       first_ = false;
@@ -297,15 +390,23 @@ class Renderer {
    void appendEscapedSlow(std::string_view text);
    void startEscapedKey(std::string_view key);
 
-   OutputFormat_t format_;
+   OutputContext context_;
    VellumBuffer& buffer_;
    bool first_ = true;
+#ifndef NDEBUG
+   // The open scopes, innermost last: bit N is set when the scope at depth N is an object.
+   static constexpr std::uint32_t kMaxDepth = 64;
+   std::uint64_t objectAt_ = 0;
+   std::uint32_t depth_ = 0;
+   int uncaughtAtStart_ = std::uncaught_exceptions();
+#endif
 };
 
 // The renderer the show commands use. It writes through a print buffer only.
 class RendererV2 : public Renderer {
  public:
    RendererV2(OutputFormat_t format, VellumBuffer* buffer, bool buffered);
+   RendererV2(OutputContext context, VellumBuffer* buffer, bool buffered);
 };
 
 }  // namespace vellum

@@ -1,5 +1,5 @@
-// The out-of-line parts of the renderer: string escaping past the fast path and the buffered-only
-// construction of RendererV2.
+// The out-of-line parts of the renderer: string escaping past the fast path, the nesting checks of
+// debug builds and the buffered-only construction of RendererV2.
 #include "vellum/Renderer.h"
 
 #include "Kel/Assert.h"
@@ -68,8 +68,44 @@ void Renderer::startEscapedKey(std::string_view key) {
    buffer_.append(':');
 }
 
+#ifndef NDEBUG
+Renderer::~Renderer() noexcept(false) {
+   if (std::uncaught_exceptions() == uncaughtAtStart_) {
+      KEL_ASSERT(depth_ == 0 && "scope left open when the renderer ends");
+   }
+}
+
+bool Renderer::inside(Scope scope) const noexcept {
+   return depth_ != 0 && (((objectAt_ >> (depth_ - 1)) & 1U) != 0) == (scope == Scope::object);
+}
+
+void Renderer::opened(Scope scope) {
+   KEL_ASSERT(depth_ < kMaxDepth && "nesting deeper than the renderer follows");
+   std::uint64_t const bit = std::uint64_t{1} << depth_;
+   objectAt_ = scope == Scope::object ? objectAt_ | bit : objectAt_ & ~bit;
+   ++depth_;
+}
+
+void Renderer::closed(Scope scope) {
+   KEL_ASSERT(depth_ != 0 && "close without an open object or list");
+   KEL_ASSERT(inside(scope) && "close of the wrong kind");
+   --depth_;
+}
+
+void Renderer::checkKey() const {
+   KEL_ASSERT(!inside(Scope::list) && "key inside a list");
+}
+
+void Renderer::checkBareValue() const {
+   KEL_ASSERT(!inside(Scope::object) && "bare value inside an object");
+}
+#endif
+
 RendererV2::RendererV2(OutputFormat_t format, VellumBuffer* buffer, bool buffered)
-    : Renderer(format, buffer) {
+    : RendererV2(outputContext(format), buffer, buffered) {}
+
+RendererV2::RendererV2(OutputContext context, VellumBuffer* buffer, bool buffered)
+    : Renderer(context, buffer) {
    KEL_ASSERT(buffered && "This class doesn't support unbuffered writing");
 }
 

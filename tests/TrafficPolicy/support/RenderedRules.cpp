@@ -72,10 +72,10 @@ RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options
    }
    // Structured bindings are named in init-captures: clang 14 cannot capture them.
    auto const renderIn = [&, &show = show, &record = record](vellum::OutputFormat_t format) {
-      return testing_support::render(format, [&](vellum::RendererV2& renderer) {
+      auto const context = vellum::outputContext(format, options.revision);
+      return testing_support::render(context, [&](vellum::RendererV2& renderer) {
          renderer._startJsonList("rules");
-         show->renderRules(&renderer, record, 4, static_cast<std::uint32_t>(format),
-                           options.revision);
+         show->renderRules(&renderer, record, 4);
          renderer.endJsonList();
       });
    };

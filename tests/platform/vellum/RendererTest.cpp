@@ -6,6 +6,7 @@
 #include "Kel/Assert.h"
 #include "support/CapturedOutput.h"
 #include "vellum/Renderer.h"
+#include "vellum/SigIntException.h"
 
 namespace {
 
@@ -221,6 +222,85 @@ TEST(RendererV2Construction, RefusesUnbufferedWriting) {
    }
    Kel::assertHandlerIs(previous);
 }
+
+// Debug builds follow the JSON nesting and stop at the call that breaks it; an interrupted
+// document and text, which has no nesting, are left alone. Release builds keep no nesting state.
+#ifndef NDEBUG
+TEST(RendererNesting, EachMisnestingStopsOnItsAssertion) {
+   struct Row {
+      char const* name;
+      OutputFormat_t format;
+      std::function<void(RendererV2&)> calls;
+      std::string expression;  // empty: no assertion
+   };
+   auto const json = OutputFormat_t::json;
+   Row const rows[] = {
+       {"scope helpers pair up", json,
+        [](RendererV2& r) {
+           r.object("o", [&] {
+              r.list("l", [&] { r.listEntry([&] { r._addJsonKeyValuePair("k", 1u); }); });
+           });
+        },
+        ""},
+       {"list closed as object", json,
+        [](RendererV2& r) {
+           r._startJsonList("l");
+           r.endJsonDict();
+        },
+        "inside(scope) && \"close of the wrong kind\""},
+       {"object closed as list", json,
+        [](RendererV2& r) {
+           r._startJsonObject("o");
+           r.endJsonList();
+        },
+        "inside(scope) && \"close of the wrong kind\""},
+       {"close with nothing open", json, [](RendererV2& r) { r.endJsonDict(); },
+        "depth_ != 0 && \"close without an open object or list\""},
+       {"pair inside a list", json,
+        [](RendererV2& r) { r.list("l", [&] { r._addJsonKeyValuePair("k", 1u); }); },
+        "!inside(Scope::list) && \"key inside a list\""},
+       {"keyed object inside a list", json,
+        [](RendererV2& r) { r.list("l", [&] { r.object("o", [] {}); }); },
+        "!inside(Scope::list) && \"key inside a list\""},
+       {"bare value inside an object", json,
+        [](RendererV2& r) { r.object("o", [&] { r._addJsonKeyValuePair("", 1u); }); },
+        "!inside(Scope::object) && \"bare value inside an object\""},
+       {"list entry inside an object", json,
+        [](RendererV2& r) { r.object("o", [&] { r.listEntry([] {}); }); },
+        "!inside(Scope::object) && \"bare value inside an object\""},
+       {"scope left open", json, [](RendererV2& r) { r._startJsonObject("o"); },
+        "depth_ == 0 && \"scope left open when the renderer ends\""},
+       {"interrupted mid-document", json,
+        [](RendererV2& r) {
+           r._startJsonObject("o");
+           throw vellum::SigIntException("interrupted");
+        },
+        ""},
+       {"text has no nesting", OutputFormat_t::text,
+        [](RendererV2& r) {
+           r._startJsonList("l");
+           r.endJsonDict();
+           r._startJsonObject("o");
+        },
+        ""},
+   };
+   auto const previous = Kel::assertHandlerIs(&Kel::throwingAssertHandler);
+   for (auto const& row : rows) {
+      testing_support::MemoryFile file;
+      vellum::VellumBuffer buffer(file.fd(), 4096, 1);
+      std::string expression;
+      try {
+         RendererV2 renderer(row.format, &buffer, true);
+         row.calls(renderer);
+      } catch (Kel::AssertionError const& error) {
+         expression = error.expression();
+      } catch (vellum::SigIntException const&) {
+      }
+      EXPECT_EQ(expression, row.expression) << row.name;
+   }
+   Kel::assertHandlerIs(previous);
+}
+#endif
 
 TEST(RendererFormats, AnUnknownFormatWritesNothing) {
    auto const output = render(static_cast<OutputFormat_t>(3), [](RendererV2& r) {
