@@ -1,35 +1,8 @@
 #include "support/CapturedOutput.h"
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
-#include <stdexcept>
 
 namespace testing_support {
-
-MemoryFile::MemoryFile() : fd_(memfd_create("captured-output", 0)) {
-   if (fd_ < 0) {
-      throw std::runtime_error("memfd_create failed");
-   }
-}
-
-MemoryFile::~MemoryFile() {
-   ::close(fd_);
-}
-
-std::string MemoryFile::contents() const {
-   std::string text;
-   char chunk[65536];
-   for (off_t offset = 0;;) {
-      auto const got = ::pread(fd_, chunk, sizeof chunk, offset);
-      if (got <= 0) {
-         return text;
-      }
-      text.append(chunk, static_cast<std::size_t>(got));
-      offset += got;
-   }
-}
 
 std::string render(vellum::OutputContext context,
                    std::function<void(vellum::RendererV2&)> const& calls) {

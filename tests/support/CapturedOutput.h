@@ -7,24 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include "support/MemoryFile.h"
 #include "vellum/Renderer.h"
 
 namespace testing_support {
 
 // An anonymous in-memory file; what is written to fd() can be read back with contents().
-class MemoryFile {
- public:
-   MemoryFile();
-   ~MemoryFile();
-   MemoryFile(MemoryFile const&) = delete;
-   MemoryFile& operator=(MemoryFile const&) = delete;
-
-   int fd() const noexcept { return fd_; }
-   std::string contents() const;
-
- private:
-   int fd_;
-};
+using fuzz::MemoryFile;
 
 // Renders with a buffered RendererV2 in `context` and returns the output. In JSON the calls are
 // wrapped in the raw "{" and "}\n" that every command writes around its document.
