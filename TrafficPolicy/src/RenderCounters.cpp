@@ -202,7 +202,8 @@ void _renderTrafficPolicyCounters(vellum::RendererV2* renderer,
          renderer->writeString("Traffic policy ");
          renderer->writeString(name);
          renderer->eol();
-         renderer->object(name.view(), [&] {
+         // Structured bindings are named in init-captures: clang 14 cannot capture them.
+         renderer->object(name.view(), [&, &record = record] {
             auto const tables = counterTablesOf(*record, isInput);
             renderPolicyNamedCountersInfo(renderer, record, tables.namedCounters,
                                           byteCountersSupported, isInput);

@@ -108,7 +108,8 @@ void renderIcmpTypes(vellum::RendererV2& renderer, ProtoField const& protoField,
                      std::uint32_t indent, ClassMapMatchOption option) {
    renderer.list("icmps", [&] {
       for (auto const& [type, typeAndCode] : protoField.icmpType()) {
-         renderer.listEntry([&] {
+         // Structured bindings are named in init-captures: clang 14 cannot capture them.
+         renderer.listEntry([&, &type = type, &typeAndCode = typeAndCode] {
             writeHeading(renderer, indent, "ICMP type");
             writeRangeText(renderer, type, "ICMP type", option);
             renderer.eol();
@@ -213,7 +214,7 @@ void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetS
          }
          writeRangeText(renderer, range, label, option);
          renderer.eol();
-         renderer.listEntry([&] {
+         renderer.listEntry([&, &range = range, &protoField = protoField] {
             writeRangeObject(renderer, "protocolRange", range);
             if (!hasSubCriteria(protoField)) {
                return;

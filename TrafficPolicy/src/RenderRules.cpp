@@ -173,7 +173,8 @@ void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
    for (auto const& [ruleIndex, match] : policyState->classMapConfig()) {
       auto const& ruleName = policyState->ruleName(ruleIndex);
       auto const optionWord = matchOptionWord(match->option());
-      renderer->listEntry([&] {
+      // Structured bindings are named in init-captures: clang 14 cannot capture them.
+      renderer->listEntry([&, ruleIndex = ruleIndex, &match = match] {
          renderer->_addJsonKeyValuePair("ruleString", ruleName);
          renderer->_addJsonKeyValuePair("matchOption", optionWord);
          writeIndent(*renderer, indent);
