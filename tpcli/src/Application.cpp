@@ -26,6 +26,8 @@
 #include "tpcli/CounterClearer.h"
 #include "tpcli/ExitCode.h"
 #include "tpcli/Locations.h"
+#include "tpcli/MetricsCommand.h"
+#include "tpcli/MetricsServer.h"
 #include "tpcli/Options.h"
 #include "tpcli/Pager.h"
 #include "tpcli/ShowLibrary.h"
@@ -162,6 +164,18 @@ ExitCode clear(Options const& options, ClearCountersRequest const& request) {
    return ExitCode::done;
 }
 
+// The raw counters need no snapshots: a clear never changes them.
+ExitCode metrics(Options const& options) {
+   auto const statePath = statePathOf(options);
+   if (options.listen) {
+      return serveMetrics(statePath, valueOr(parseListenAddress(*options.listen), ExitCode::usage));
+   }
+   auto state = loadedState(statePath);
+   writeMetricsOnto(STDOUT_FILENO, state);
+   leaveForProcessExit(std::move(state), nullptr);
+   return vellum::sigIntNoticed() ? ExitCode::interrupted : ExitCode::done;
+}
+
 ExitCode runInvocation(std::vector<std::string> arguments) {
    auto const invocation = valueOr(parseCommandLine(std::move(arguments)), ExitCode::usage);
    if (invocation.textToPrint) {
@@ -169,6 +183,9 @@ ExitCode runInvocation(std::vector<std::string> arguments) {
       return ExitCode::done;
    }
    auto const& options = invocation.options;
+   if (isMetricsCommand(options)) {
+      return metrics(options);
+   }
    auto const command = valueOr(parseCommand(options.commandWords), ExitCode::usage);
    if (options.traceLevel) {
       Kel::traceSpecIs(std::to_string(*options.traceLevel));

@@ -22,6 +22,7 @@ constexpr char const* kFooter = R"(Commands (keywords may be shortened to any un
   show traffic-policy field-set l4-port [NAME] [contains PORT|LOW-HIGH]
   show traffic-policy field-set vlan [NAME] [contains VLAN|LOW-HIGH]
   clear traffic-policy counters [interface [input|output] | cpu]
+  metrics [--listen ADDRESS:PORT]
 A command may end in "| json" (quoted for the shell), the same as --json. Names are taken as
 written; where a field-set name may stand, a word that abbreviates "contains" is that keyword.
 
@@ -32,6 +33,7 @@ Examples:
   tpcli show traffic-policy cpu '|' json
   tpcli show traffic-policy field-set ipv4 prefix contains 10.1.0.0/16 exact
   tpcli --json show traffic-policy field-set l4-port contains 1000-2000
+  tpcli -s device.json metrics --listen 127.0.0.1:9469
 
 Exit codes: 0 done, 1 failed to act, 2 usage, 3 invalid state file, 70 internal error,
 130 interrupted. Output to a reader that goes away (a pager quit early, "| head") ends quietly
@@ -69,6 +71,9 @@ void describeOptions(CLI::App& app, Options& options) {
    app.add_option("--library", options.libraryPath,
                   "The show library (default: $TPCLI_LIBRARY, then beside tpcli)")
        ->type_name("PATH");
+   app.add_option("--listen", options.listen,
+                  "With metrics: serve them over HTTP at /metrics until SIGTERM")
+       ->type_name("ADDRESS:PORT");
    app.add_option("COMMAND", options.commandWords, "The command's words")->type_name("WORD");
    for (auto* option : app.get_options()) {
       option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);

@@ -18,7 +18,8 @@ struct Options {
    std::uint32_t revision = 2;
    std::optional<int> traceLevel;
    bool noPager = false;
-   bool records = false;  // print the cached records instead of the command's output
+   bool records = false;               // print the cached records instead of the command's output
+   std::optional<std::string> listen;  // metrics only: serve them at this ADDRESS:PORT
    std::vector<std::string> commandWords;
    friend bool operator==(Options const&, Options const&) = default;
 };
