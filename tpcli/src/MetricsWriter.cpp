@@ -27,32 +27,30 @@ struct Family {
    std::string_view help;
 };
 
-// How a clear relates to these counters is said in every family's help, where a reader of the
-// collector's catalogue finds it.
-#define TPCLI_CLEAR_NOTE                                                                      \
-   " A clear never resets it: it records a snapshot that the show commands subtract, so the " \
-   "value only grows until the device recreates the counter."
-
 constexpr std::array kFamilies{
     Family{"traffic_policy_rule_packets", Source::rule, Quantity::packets,
-           "Packets matched by a rule that counts with its own counter." TPCLI_CLEAR_NOTE},
+           "Packets matched by a rule that counts with its own counter."},
     Family{"traffic_policy_rule_bytes", Source::rule, Quantity::bytes,
-           "Bytes matched by a rule that counts with its own counter." TPCLI_CLEAR_NOTE},
+           "Bytes matched by a rule that counts with its own counter."},
     Family{"traffic_policy_named_counter_packets", Source::namedCounter, Quantity::packets,
-           "Packets counted by a named counter, over all interfaces." TPCLI_CLEAR_NOTE},
+           "Packets counted by a named counter, over all interfaces."},
     Family{"traffic_policy_named_counter_bytes", Source::namedCounter, Quantity::bytes,
-           "Bytes counted by a named counter, over all interfaces." TPCLI_CLEAR_NOTE},
+           "Bytes counted by a named counter, over all interfaces."},
     Family{"traffic_policy_named_counter_interface_packets", Source::namedCounterPerInterface,
            Quantity::packets,
            "Packets counted by a named counter on one interface, where the direction keeps "
-           "named counters per interface." TPCLI_CLEAR_NOTE},
+           "named counters per interface."},
     Family{"traffic_policy_named_counter_interface_bytes", Source::namedCounterPerInterface,
            Quantity::bytes,
            "Bytes counted by a named counter on one interface, where the direction keeps named "
-           "counters per interface." TPCLI_CLEAR_NOTE},
+           "counters per interface."},
 };
 
-#undef TPCLI_CLEAR_NOTE
+// Every family's help ends with how a clear relates to it, where a reader of the collector's
+// catalogue finds it.
+constexpr std::string_view kClearNote =
+    " A clear never resets it: it records a snapshot that the show commands subtract, so the "
+    "value only grows until the device recreates the counter.";
 
 struct Direction {
    std::string_view label;
@@ -99,6 +97,7 @@ class Exposition {
       out_.append(family.name);
       out_.append(' ');
       out_.append(family.help);
+      out_.append(kClearNote);
       out_.append('\n');
       for (auto const& direction : directions_) {
          writeDirection(direction);
