@@ -133,6 +133,7 @@ class OneShot(Folder):
             (["metrics", "--listen", "127.0.0.1"], 2, "--listen: expected"),
             (["metrics", "--listen", "127.0.0.1:65536"], 2, "--listen: expected"),
             (["metrics", "--listen", "::1:9100"], 2, "--listen: expected"),
+            (["metrics", "--listen", "192.0.2.1:9469"], 1, "cannot listen on 192.0.2.1"),
             (["metrics", "now"], 2, "metrics takes no more words"),
             (["--listen", "127.0.0.1:0", "show", "traffic-policy", "cpu"], 2, "--listen goes only"),
             (["-s", "/nonexistent/state.json", "metrics"], 3, "/nonexistent/state.json"),
