@@ -23,7 +23,7 @@ using rendering_test::ruleState;
 RenderedRules renderRule(ClassMapMatchOption option, Kel::Ptr<StructuredFilter> filter,
                          Kel::Ptr<PolicyMap::ClassAction> actions = nullptr) {
    auto const state = ruleState({.actions = R"({"drop": true})"});
-   return renderRulesOf(state, {}, [&](TrafficPolicyCli::PolicyState& record) {
+   return renderRulesOf(state, [&](TrafficPolicyCli::PolicyState& record) {
       auto match = Kel::make<PolicyMap::ClassMapMatch>(option);
       match->structuredFilterIs(filter);
       record.classMapConfigIs(0, "r1", match);
@@ -157,21 +157,6 @@ TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
       ADD_FAILURE() << "no assertion";
    } catch (Kel::AssertionError const& error) {
       EXPECT_EQ(error.expression(), "!!jsonName && \"Invalid mapping in cliMap\"");
-   }
-}
-
-// The table is searched by label length: every label finds its own key, and a label of a length
-// that several rows share, or of no row's length, finds none.
-TEST(CliMapLookup, EveryLabelFindsItsKeyAndNoOtherDoes) {
-   using TrafficPolicyCli::cliMap;
-   for (auto const& row : cliMap.rows()) {
-      EXPECT_EQ(cliMap[row.label], &row.jsonName) << row.label;
-   }
-   std::string_view const unknown[] = {
-       "", "ICMP kind", "Protocols", std::string_view("DSCP\0", 5),
-       "Destination prefix (longest prefix match) and more than sixty-three bytes of label"};
-   for (auto const label : unknown) {
-      EXPECT_EQ(cliMap[label], nullptr) << label;
    }
 }
 
