@@ -1,16 +1,13 @@
 // The snapshot file: what a clear writes reads back into the same stores (names that need escaping
-// included), it is JSON to an independent parser, a missing file means no snapshots, a damaged one
-// is refused with the file and the place named, and a write that fails is reported. In a folder
-// that others can write, what they leave at the names of the files is never used or written
-// through, and a lock that they hold is waited for a bounded time.
-#include <fcntl.h>
+// included), it is JSON to an independent parser, a damaged one is refused with the file and the
+// place named, and a write that fails is reported. In a folder that others can write, what they
+// leave at the names of the files is never used or written through. (Waiting for a held lock is
+// checked on tpcli as a process.)
 #include <gtest/gtest.h>
-#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -20,7 +17,6 @@
 #include "StateLoader/Snapshots.h"
 #include "support/CapturedOutput.h"
 #include "support/TempStateFiles.h"
-#include "vellum/SigIntException.h"
 
 namespace {
 
@@ -113,15 +109,6 @@ TEST(SnapshotsTest, WhatIsWrittenReadsBackAsItWas) {
    auto const readProblem = StateLoader::readSnapshots(path, read);
    ASSERT_FALSE(readProblem) << readProblem->reason;
    expectSameStores(read, written);
-}
-
-TEST(SnapshotsTest, AMissingFileMeansNoSnapshots) {
-   TempStateFiles const files;
-   auto state = emptyState();
-   EXPECT_FALSE(StateLoader::readSnapshots((files.folder() / "none.json").string(), state));
-   expectSameStores(state, emptyState());
-   EXPECT_EQ(StateLoader::snapshotPathOf("/a/lab.json"), "/a/lab.snapshots.json");
-   EXPECT_EQ(StateLoader::snapshotPathOf("state"), "state.snapshots.json");
 }
 
 TEST(SnapshotsTest, ADamagedFileIsRefusedWithItsPlace) {
@@ -268,36 +255,6 @@ TEST(SnapshotsTest, TheTemporaryFileIsAlwaysANewOne) {
       EXPECT_EQ(status.st_uid, geteuid());
       EXPECT_EQ(status.st_mode & (S_IWGRP | S_IWOTH), 0u);
    }
-}
-
-std::string processName() {
-   auto name = testing_support::readFile("/proc/self/comm");
-   return name.substr(0, name.find('\n'));
-}
-
-TEST(SnapshotsTest, ALockHeldElsewhereIsWaitedForABoundedTimeOrUntilInterrupted) {
-   TempStateFiles const files;
-   auto const path = (files.folder() / "lab.snapshots.json").string();
-   // A shared lock through a descriptor of its own, as another process would hold it.
-   int const held = open((path + ".lock").c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0600);
-   ASSERT_EQ(flock(held, LOCK_SH), 0);
-   using namespace std::chrono_literals;
-   auto const timedOut = StateLoader::SnapshotLock::acquire(path, 200ms);
-   ASSERT_FALSE(timedOut.ok());
-   EXPECT_EQ(timedOut.reason(), "cannot lock " + path +
-                                    ".lock: still held after 0.2 s by process " +
-                                    std::to_string(getpid()) + " (" + processName() + ")");
-
-   vellum::sigIntNoticedIs(true);
-   auto const started = std::chrono::steady_clock::now();
-   auto const interrupted = StateLoader::SnapshotLock::acquire(path, 60s);
-   vellum::sigIntNoticedIs(false);
-   EXPECT_LT(std::chrono::steady_clock::now() - started, 10s);
-   ASSERT_FALSE(interrupted.ok());
-   EXPECT_EQ(interrupted.reason(), "interrupted while waiting for the lock " + path + ".lock");
-
-   close(held);
-   EXPECT_TRUE(StateLoader::SnapshotLock::acquire(path, 0ms).ok());
 }
 
 }  // namespace

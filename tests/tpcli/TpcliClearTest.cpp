@@ -277,7 +277,8 @@ TEST_P(TpcliClearTest, AHeldLockIsWaitedForABoundedTimeOrUntilCtrlC) {
        {clearLine,
         {{"TPCLI_LOCK_WAIT=0.2"}},
         1,
-        "cannot lock " + lock + ": still held after 0.2 s by process " + std::to_string(getpid())},
+        "cannot lock " + lock + ": still held after 0.2 s by process " + std::to_string(getpid()) +
+            " (" + linesOf(fileText("/proc/self/comm")).front() + ")"},
        {clearLine, {{"TPCLI_LOCK_WAIT=soon"}}, 2, "TPCLI_LOCK_WAIT: expected a number of seconds"},
    });
 

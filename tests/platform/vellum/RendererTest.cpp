@@ -208,21 +208,6 @@ TEST(RendererEscaping, LongStringsCrossingTheBufferAreIntact) {
    EXPECT_EQ(parseJson(document).at("long"), text);
 }
 
-TEST(RendererV2Construction, RefusesUnbufferedWriting) {
-   auto const previous = Kel::assertHandlerIs(&Kel::throwingAssertHandler);
-   testing_support::MemoryFile file;
-   vellum::VellumBuffer buffer(file.fd(), 4096, 1);
-   try {
-      RendererV2 renderer(OutputFormat_t::text, &buffer, false);
-      ADD_FAILURE() << "constructed unbuffered";
-   } catch (Kel::AssertionError const& error) {
-      EXPECT_EQ(error.expression(),
-                "buffered && \"This class doesn't support unbuffered writing\"");
-      EXPECT_EQ(error.function(), "RendererV2");
-   }
-   Kel::assertHandlerIs(previous);
-}
-
 // Debug builds follow the JSON nesting and stop at the call that breaks it; an interrupted
 // document and text, which has no nesting, are left alone. Release builds keep no nesting state.
 #ifndef NDEBUG
