@@ -1,5 +1,5 @@
-// Command-line options: the values each accepted line sets, the one-line message of each
-// mistake, and the text that --help and --version ask for.
+// Command-line options: the values each accepted line sets and the text that --help and --version
+// ask for. The message of each mistake is a row of data/command-lines.txt.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -48,27 +48,6 @@ TEST(OptionsTest, SetsWhatEachOptionSays) {
       row.expectedChange(expected);
       EXPECT_TRUE(invocation->options == expected) << row.line;
       EXPECT_FALSE(invocation->textToPrint) << row.line;
-   }
-}
-
-TEST(OptionsTest, NamesTheWrongOptionInOneLine) {
-   struct Rejected {
-      std::string line;
-      std::string message;
-   };
-   Rejected const rows[] = {
-       {"--revision 3", "--revision: expected 1 or 2, not \"3\""},
-       {"--revision two", "--revision: expected 1 or 2, not \"two\""},
-       {"--trace x", "--trace: expected a whole number from 0 to 9, not \"x\""},
-       {"--trace 10", "--trace: expected a whole number from 0 to 9, not \"10\""},
-       {"--foo show", "unknown option \"--foo\" (see tpcli --help)"},
-       {"show -x", "unknown option \"-x\" (see tpcli --help)"},
-       {"-s", "--state: 1 required STATE missing"},
-   };
-   for (auto const& row : rows) {
-      auto const invocation = parseCommandLine(wordsOf(row.line));
-      ASSERT_FALSE(invocation.ok()) << row.line;
-      EXPECT_EQ(invocation.reason(), row.message) << row.line;
    }
 }
 
