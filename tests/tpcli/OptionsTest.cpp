@@ -23,16 +23,13 @@ TEST(OptionsTest, SetsWhatEachOptionSays) {
         [](Options& o) {
            o.commandWords = {"show", "traffic-policy", "cpu"};
         }},
-       {"-s lab.json", [](Options& o) { o.statePath = "lab.json"; }},
        {"--state=lab.json", [](Options& o) { o.statePath = "lab.json"; }},
        {"show --json cpu",
         [](Options& o) {
            o.json = true;
            o.commandWords = {"show", "cpu"};
         }},
-       {"--revision 1", [](Options& o) { o.revision = 1; }},
        {"--revision 1 --revision 2", [](Options& o) { o.revision = 2; }},
-       {"--trace 0", [](Options& o) { o.traceLevel = 0; }},
        {"--trace 9", [](Options& o) { o.traceLevel = 9; }},
        {"--no-pager", [](Options& o) { o.noPager = true; }},
        {"--library /opt/lib.so", [](Options& o) { o.libraryPath = "/opt/lib.so"; }},
