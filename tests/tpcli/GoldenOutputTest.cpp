@@ -3,6 +3,7 @@
 // by an independent parser, and a second run of the same command must give the same bytes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -18,27 +19,21 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Format {
+   char const* name;  // in CASES
    char const* options;
    char const* suffix;
    bool json;
 };
-Format const kText{"", ".txt", false};
-Format const kJson{"--json ", ".json", true};
-Format const kJsonRevision1{"--json --revision 1 ", ".r1.json", true};
-Format const kJsonRevision2{"--json --revision 2 ", ".r2.json", true};
+Format const kFormats[] = {{"text", "", ".txt", false},
+                           {"json", "--json ", ".json", true},
+                           {"json1", "--json --revision 1 ", ".r1.json", true},
+                           {"json2", "--json --revision 2 ", ".r2.json", true}};
 
 Format const& formatNamed(std::string const& name) {
-   if (name == "text") {
-      return kText;
-   }
-   if (name == "json") {
-      return kJson;
-   }
-   if (name == "json1") {
-      return kJsonRevision1;
-   }
-   EXPECT_EQ(name, "json2") << "unknown format in CASES";
-   return kJsonRevision2;
+   auto const* found = std::find_if(std::begin(kFormats), std::end(kFormats),
+                                    [&name](Format const& format) { return format.name == name; });
+   EXPECT_NE(found, std::end(kFormats)) << "unknown format in CASES: " << name;
+   return found == std::end(kFormats) ? kFormats[0] : *found;
 }
 
 struct GoldenCase {
@@ -121,8 +116,8 @@ TEST(GoldenOutput, EveryCaseMatchesItsFiles) {
 // Older readers find the input lists flat in the policy object, newer ones inside "input"; the
 // output lists are only inside "output".
 TEST(GoldenOutput, InputListsAppearInsideInputAndFlat) {
-   auto const document = nlohmann::json::parse(
-       runCase("lab", "show traffic-policy interface detail", kJsonRevision2));
+   auto const document =
+       nlohmann::json::parse(runCase("lab", "show traffic-policy interface detail", kFormats[3]));
    auto const& policy = document["trafficPolicies"]["edge-in"];
    for (char const* key : {"configuredIntfs", "ipv4AppliedIntfs", "ipv6AppliedIntfs"}) {
       SCOPED_TRACE(key);

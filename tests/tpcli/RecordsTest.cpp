@@ -50,12 +50,4 @@ TEST(Records, EveryCachedPolicyInNameOrderWithEveryAttribute) {
    }
 }
 
-TEST(Records, FlagsOfTheViewReachEveryRecord) {
-   auto const records = recordsOf("show traffic-policy interface detail");
-   for (auto const& [name, record] : records["policyState"].items()) {
-      EXPECT_EQ(record["detail"], true) << name;
-      EXPECT_EQ(record["summary"], false) << name;
-   }
-}
-
 }  // namespace

@@ -1,9 +1,9 @@
 // A stand-in for the show library in the front-end tests. It exports the factories under their
 // real names, and its show objects write back what a test needs to see of their arguments (the
-// factory, the policy name, the view flags, the direction filters and the counter snapshots they
-// were handed), with the render format, as one JSON line; in text format $TPCLI_FAKE_LINES filler
-// lines follow, for tests that need plenty of output. A name "broken-invariant" fails an
-// assertion. Clears in the tests use the real library, so the snapshot helpers here do nothing.
+// factory, the policy name and the counter snapshots they were handed) as one JSON line; in text
+// format $TPCLI_FAKE_LINES filler lines follow, for tests that need plenty of output. A name
+// "broken-invariant" fails an assertion. Clears in the tests use the real library, so the snapshot
+// helpers here do nothing.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -31,10 +31,8 @@ class ArgumentEcho final : public ShowCommand {
       return info;
    }
 
-   void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override {
+   void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t) override {
       KEL_ASSERT(arguments_.at("name") != "broken-invariant");
-      arguments_["format"] = fmt;
-      arguments_["revision"] = revision;
       try {
          write(static_cast<int>(fd),
                fmt == static_cast<std::uint32_t>(vellum::OutputFormat_t::text));
@@ -79,11 +77,7 @@ json snapshotsOf(Handle<TrafficPolicy::Counter> counter) {
 json baseArguments(std::string factory, TRAFFIC_POLICY_CLI_BASE_ARGUMENTS) {
    return {{"factory", factory},
            {"name", policyName.stringValue()},
-           {"snapshots", snapshotsOf(counter)},
-           {"summary", summary},
-           {"errors", errors},
-           {"detail", detail},
-           {"counters", counters}};
+           {"snapshots", snapshotsOf(counter)}};
 }
 
 Kel::Ptr<ShowCommand> fieldSetEcho(char const* factory, Kel::String const& fieldSetName) {
@@ -95,9 +89,7 @@ Kel::Ptr<ShowCommand> fieldSetEcho(char const* factory, Kel::String const& field
 Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
                                                         TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS) {
    auto arguments = baseArguments("interface", TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES);
-   arguments.update(json{{"snapshotsOutput", snapshotsOf(counterOutput)},
-                         {"filterInput", filterInputPolicies},
-                         {"filterOutput", filterOutputPolicies}});
+   arguments["snapshotsOutput"] = snapshotsOf(counterOutput);
    return echo(std::move(arguments));
 }
 
