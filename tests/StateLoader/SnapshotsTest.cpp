@@ -1,6 +1,6 @@
 // The snapshot file: what a clear writes is JSON to an independent parser (names that need
-// escaping included) and reads back into stores that write the same bytes again, a damaged one is refused with the file and the
-// place named, and a write that fails is reported. In a folder that others can write, what they
+// escaping included) and reads back into stores that write the same bytes again, a damaged one
+// is refused with the file and the place named, and a write that fails is reported. In a folder that others can write, what they
 // leave at the names of the files is never used or written through. (Waiting for a held lock is
 // checked on tpcli as a process.)
 #include <gtest/gtest.h>
