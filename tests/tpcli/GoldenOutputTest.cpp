@@ -113,20 +113,5 @@ TEST(GoldenOutput, EveryCaseMatchesItsFiles) {
    }
 }
 
-// Older readers find the input lists flat in the policy object, newer ones inside "input"; the
-// output lists are only inside "output".
-TEST(GoldenOutput, InputListsAppearInsideInputAndFlat) {
-   auto const document =
-       nlohmann::json::parse(runCase("lab", "show traffic-policy interface detail", kFormats[3]));
-   auto const& policy = document["trafficPolicies"]["edge-in"];
-   for (char const* key : {"configuredIntfs", "ipv4AppliedIntfs", "ipv6AppliedIntfs"}) {
-      SCOPED_TRACE(key);
-      EXPECT_EQ(policy["input"][key], policy[key]);
-      EXPECT_TRUE(policy["output"].contains(key));
-   }
-   EXPECT_EQ(policy["configuredIntfs"].size(), 5u);
-   EXPECT_EQ(policy["output"]["configuredIntfs"].size(), 2u);
-}
-
 }  // namespace
 }  // namespace tpcli_test
