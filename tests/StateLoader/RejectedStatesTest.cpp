@@ -5,42 +5,29 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "StateLoader/Loader.h"
 #include "support/CapturedOutput.h"
+#include "support/DataCases.h"
 #include "support/TempStateFiles.h"
 
 namespace {
 
 using testing_support::TempStateFiles;
 
-struct RejectedCase {
-   std::string name;
-   std::string text;
-   // What follows "FILE: " in the reason.
-   std::string expected;
-};
+// Its expectation is what follows "FILE: " in the reason.
+using RejectedCase = testing_support::DataCase;
 
-// Content faults, one case per three lines of data/rejected-states.txt, and one too long to write
-// there.
+// Content faults: the rows of data/rejected-states.txt, and one too long to write there.
 std::vector<RejectedCase> contentCases() {
-   std::vector<RejectedCase> cases{
+   auto cases =
+       testing_support::readDataCases(std::filesystem::path(DATA_DIR) / "rejected-states.txt");
+   cases.push_back(
        {"very long unknown key is cut short", R"({")" + std::string(100000, 'k') + R"(": {}})",
-        "/" + std::string(200, 'k') + "...: unknown key \"" + std::string(200, 'k') + "...\""}};
-   std::ifstream data(std::filesystem::path(DATA_DIR) / "rejected-states.txt");
-   EXPECT_TRUE(data.is_open()) << DATA_DIR "/rejected-states.txt";
-   for (std::string line; std::getline(data, line);) {
-      if (line.starts_with("- ")) {
-         RejectedCase row{line.substr(2), {}, {}};
-         std::getline(data, row.text);
-         std::getline(data, row.expected);
-         cases.push_back(std::move(row));
-      }
-   }
+        "/" + std::string(200, 'k') + "...: unknown key \"" + std::string(200, 'k') + "...\""});
    return cases;
 }
 
@@ -98,9 +85,9 @@ std::vector<RejectedCase> syntaxCases() {
 void expectRejected(std::vector<RejectedCase> const& cases, bool wellFormed) {
    TempStateFiles const files;
    for (RejectedCase const& row : cases) {
-      auto const path = files.write("state.json", row.text);
+      auto const path = files.write("state.json", row.input);
       if (wellFormed) {
-         testing_support::parseJson(row.text);
+         testing_support::parseJson(row.input);
       }
       auto const loaded = StateLoader::loadState(path);
       if (loaded) {

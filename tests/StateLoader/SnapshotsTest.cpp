@@ -1,8 +1,9 @@
 // The snapshot file: what a clear writes is JSON to an independent parser (names that need
 // escaping included) and reads back into stores that write the same bytes again, a damaged one
-// is refused with the file and the place named, and a write that fails is reported. In a folder that others can write, what they
-// leave at the names of the files is never used or written through. (Waiting for a held lock is
-// checked on tpcli as a process.)
+// (the rows of data/damaged-snapshots.txt) is refused with the file and the place named, and a
+// write that fails is reported. In a folder that others can write, what they leave at the names of
+// the files is never used or written through. (Waiting for a held lock is checked on tpcli as a
+// process.)
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -16,6 +17,7 @@
 
 #include "StateLoader/Snapshots.h"
 #include "support/CapturedOutput.h"
+#include "support/DataCases.h"
 #include "support/TempStateFiles.h"
 
 namespace {
@@ -91,37 +93,15 @@ TEST(SnapshotsTest, WhatIsWrittenReadsBackAsItWas) {
 }
 
 TEST(SnapshotsTest, ADamagedFileIsRefusedWithItsPlace) {
-   struct Row {
-      char const* text;
-      char const* reason;  // after "FILE: "
-   };
-   Row const rows[] = {
-       {"", "the file is empty"},
-       {R"({"cpu": {"ruleCounters": {"p": {"r": {"instanceId": 1, "pack)", "/cpu/ruleCounters/p/r"},
-       {"[]", "expected an object, found a list"},
-       {R"({"cpus": {}})", "/cpus: unknown key \"cpus\" (did you mean \"cpu\"?)"},
-       {R"({"cpu": {"timestamp": -1}})", "/cpu/timestamp: expected the seconds since 1970"},
-       {R"({"cpu": {"timestamp": "now"}})", "/cpu/timestamp: expected the seconds since 1970"},
-       {R"({"cpu": {"ruleCounters": {"p": {"r": {"packets": 1}}}}})",
-        "/cpu/ruleCounters/p/r: missing key \"instanceId\""},
-       {R"({"cpu": {"ruleCounters": {"p": {"r": {"instanceId": 1, "packets": 1, "bytes": 1}}}}})",
-        "/cpu/ruleCounters/p/r/bytes: unknown key \"bytes\""},
-       {R"({"cpu": {"ruleCounters": {"p": {"r": {"instanceId": 1, "packets": -1}}}}})",
-        "/cpu/ruleCounters/p/r/packets: expected a whole number"},
-       {R"({"cpu": {"ruleCounters": {"p": {}, "p": {}}}})", "/cpu/ruleCounters/p: "},
-       {R"({"cpu": {"namedCounters": {"p": {"c": {"instanceId": 1, "packets": 1,
-            "interfaces": {"Ethernet1": {"packets": 1}}}}}}})",
-        "/cpu/namedCounters/p/c/interfaces/Ethernet1: missing key \"instanceId\""},
-       {R"({"cpu": {"namedCounters": {"p q": {}}}})", "/cpu/namedCounters/p q: blank"},
-   };
    TempStateFiles const files;
-   for (auto const& row : rows) {
-      auto const path = files.write("damaged.snapshots.json", row.text);
+   for (auto const& row :
+        testing_support::readDataCases(std::filesystem::path(DATA_DIR) / "damaged-snapshots.txt")) {
+      auto const path = files.write("damaged.snapshots.json", row.input);
       auto state = emptyState();
       auto const problem = StateLoader::readSnapshots(path, state);
-      ASSERT_TRUE(problem) << row.text;
-      EXPECT_TRUE(problem->reason.starts_with(path + ": " + row.reason))
-          << row.text << "\n gave: " << problem->reason;
+      ASSERT_TRUE(problem) << row.name;
+      EXPECT_TRUE(problem->reason.starts_with(path + ": " + row.expected))
+          << row.name << "\n gave: " << problem->reason;
    }
 }
 
