@@ -31,55 +31,43 @@ std::vector<RejectedCase> contentCases() {
    return cases;
 }
 
-// Text faults, found by the scanner that runs when the JSON parser refuses a file.
+// Text faults, found by the scanner that runs when the JSON parser refuses a file: the rows of
+// data/rejected-syntax.txt and these.
 std::vector<RejectedCase> syntaxCases() {
    std::string const tooDeep(100000, '[');
    std::string deepPointer;
    for (int level = 0; level < 32; ++level) {
       deepPointer += "/0";
    }
-   return {
-       {"white space only", "  \n ",
-        "expected a value, found the end of the file (line 2, column 2)"},
-       {"truncated in an object", R"({"trafficPolicies": {"p": {"rules": {)",
-        "/trafficPolicies/p/rules: expected a key in double quotes, found the end of the file "
-        "(line 1, column 38)"},
-       {"truncated in a string", R"({"vrfs": {"names": ["def)",
-        "/vrfs/names/0: the file ends inside a string (line 1, column 25)"},
-       {"truncated after a member", "{\"vrfs\": {}\n",
-        "expected ',' or '}', found the end of the file (line 2, column 1)"},
-       {"comma before a closing bracket", R"({"vrfs": {"names": ["a",]}})",
-        "/vrfs/names/1: expected a value, found ']' (line 1, column 25)"},
-       {"missing colon", R"({"vrfs" {}})",
-        "expected ':' after the key, found '{' (line 1, column 9)"},
-       {"text after the document", "{}\n}", "unexpected '}' after the document (line 2, column 1)"},
-       {"bare word", R"({"hardware": {"sharedMemoryCounters": yes}})",
-        "/hardware/sharedMemoryCounters: expected a value, found 'y' (line 1, column 39)"},
-       {"invalid UTF-8 in a value", "{\"vrfs\": {\"names\": [\"bl\xffue\"]}}",
-        "/vrfs/names/0: invalid UTF-8 byte 0xff in a string (line 1, column 24)"},
-       {"invalid UTF-8 in a key", "{\"trafficPolicies\": {\"p\xc3\": {}}}",
-        "/trafficPolicies: invalid UTF-8 byte 0xc3 in a key (line 1, column 24)"},
-       {"overlong UTF-8 form", "{\"vrfs\": {\"names\": [\"\xc0\xaf\"]}}",
-        "/vrfs/names/0: invalid UTF-8 byte 0xc0 in a string (line 1, column 22)"},
-       {"UTF-8 surrogate", "[\"\xed\xa0\x80\"]",
-        "/0: invalid UTF-8 byte 0xed in a string (line 1, column 3)"},
-       {"control character in a string", "{\"vrfs\": {\"names\": [\"a\tb\"]}}",
-        "/vrfs/names/0: control character 0x09 in a string; write it as an escape (line 1, "
-        "column 23)"},
-       {"lone surrogate escape", R"({"vrfs": {"names": ["\udc00"]}})",
-        "/vrfs/names/0: lone low surrogate in a string (line 1, column 22)"},
-       {"byte-order mark", "\xef\xbb\xbf{}",
-        "the file starts with a byte-order mark, which JSON does not allow (line 1, column 1)"},
-       {"number above 2^64-1",
-        R"({"status": {"cpu": {"policies": {"p": {"ruleCounters": {"r": )"
-        R"({"instanceId": 18446744073709551616, "packets": 1}}}}}}})",
-        "/status/cpu/policies/p/ruleCounters/r/instanceId: number 18446744073709551616 is larger "
-        "than 18446744073709551615 (line 1, column 77)"},
-       {"number with a leading zero", R"({"hardware": {"x": 007}})",
-        "/hardware/x: a number may not start with 0 followed by more digits (line 1, column 20)"},
-       {"nesting deeper than any state", tooDeep,
-        deepPointer + ": nesting deeper than 32 levels (line 1, column 33)"},
-   };
+   auto cases =
+       testing_support::readDataCases(std::filesystem::path(DATA_DIR) / "rejected-syntax.txt");
+   // Line breaks, bytes that are not UTF-8 and sizes that a text file should not hold.
+   cases.insert(
+       cases.end(),
+       {
+           {"white space only", "  \n ",
+            "expected a value, found the end of the file (line 2, column 2)"},
+           {"truncated after a member", "{\"vrfs\": {}\n",
+            "expected ',' or '}', found the end of the file (line 2, column 1)"},
+           {"text after the document", "{}\n}",
+            "unexpected '}' after the document (line 2, column 1)"},
+           {"invalid UTF-8 in a value", "{\"vrfs\": {\"names\": [\"bl\xffue\"]}}",
+            "/vrfs/names/0: invalid UTF-8 byte 0xff in a string (line 1, column 24)"},
+           {"invalid UTF-8 in a key", "{\"trafficPolicies\": {\"p\xc3\": {}}}",
+            "/trafficPolicies: invalid UTF-8 byte 0xc3 in a key (line 1, column 24)"},
+           {"overlong UTF-8 form", "{\"vrfs\": {\"names\": [\"\xc0\xaf\"]}}",
+            "/vrfs/names/0: invalid UTF-8 byte 0xc0 in a string (line 1, column 22)"},
+           {"UTF-8 surrogate", "[\"\xed\xa0\x80\"]",
+            "/0: invalid UTF-8 byte 0xed in a string (line 1, column 3)"},
+           {"control character in a string", "{\"vrfs\": {\"names\": [\"a\tb\"]}}",
+            "/vrfs/names/0: control character 0x09 in a string; write it as an escape (line 1, "
+            "column 23)"},
+           {"byte-order mark", "\xef\xbb\xbf{}",
+            "the file starts with a byte-order mark, which JSON does not allow (line 1, column 1)"},
+           {"nesting deeper than any state", tooDeep,
+            deepPointer + ": nesting deeper than 32 levels (line 1, column 33)"},
+       });
+   return cases;
 }
 
 void expectRejected(std::vector<RejectedCase> const& cases, bool wellFormed) {
