@@ -1,7 +1,7 @@
-// Prefix text both ways at its edges, masking at the edges (/0, a partial byte, the full width),
-// text into a poisoned buffer, the order that prefix listings print in, and the containment and
-// overlap tests behind field-set filters. The IPv4-only Prefix is checked here too: it is a shell
-// over IpGenPrefix and must agree with it.
+// Prefix text both ways at its edges (the rows of data/prefixes.txt), masking at the edges (/0, a
+// partial byte, the full width), text into a poisoned buffer, the order that prefix listings print
+// in, and the containment and overlap tests behind field-set filters. The IPv4-only Prefix is
+// checked here too: it is a shell over IpGenPrefix and must agree with it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +11,7 @@
 #include "Kel/Value.h"
 #include "Quoll/IpGenPrefix.h"
 #include "Quoll/Prefix.h"
+#include "TextCases.h"
 
 namespace Quoll {
 namespace {
@@ -23,62 +24,8 @@ IpAddr addressOf(std::string_view text) {
    return text.empty() ? IpAddr() : *IpAddr::parse(text);
 }
 
-struct CanonicalCase {
-   std::string_view text;
-   std::string_view canonical;
-   std::uint8_t length;
-};
-
-constexpr CanonicalCase kCanonicalCases[] = {
-    {"0.0.0.0/0", "0.0.0.0/0", 0},
-    {"10.1.2.3", "10.1.2.3/32", 32},
-    {"10.0.0.0/08", "10.0.0.0/8", 8},
-    {"2001:DB8::/32", "2001:db8::/32", 32},
-    {"::ffff:10.0.0.0/104", "::ffff:10.0.0.0/104", 104},
-};
-
-TEST(IpGenPrefixParse, AcceptedTextGivesCanonicalTextThatReadsBack) {
-   for (auto const& row : kCanonicalCases) {
-      auto const parsed = IpGenPrefix::parse(row.text);
-      if (!parsed) {
-         ADD_FAILURE() << "\"" << row.text << "\" refused: " << parsed.reason();
-         continue;
-      }
-      EXPECT_EQ(parsed->stringValue(), row.canonical) << row.text;
-      EXPECT_EQ(parsed->length(), row.length) << row.text;
-      auto const reread = IpGenPrefix::parse(row.canonical);
-      EXPECT_TRUE(reread && *reread == *parsed) << row.text;
-   }
-}
-
-struct RefusedCase {
-   std::string_view text;
-   std::string_view reason;
-};
-
-constexpr RefusedCase kRefusedCases[] = {
-    {"/8", "missing address in \"/8\""},
-    {"10.0.0.0/", "missing prefix length in \"10.0.0.0/\""},
-    {"10.0.0.0/+8", "prefix length \"+8\" is not a number"},
-    {"10.0.0.0/ 8", "prefix length \" 8\" is not a number"},
-    {"10.0.0.0/8/9", "prefix length \"8/9\" is not a number"},
-    {"::/129", "prefix length 129 out of range (0-128)"},
-    {"10.0.0.0/99999999999999999999999", "out of range (0-32)"},
-    {"10.0.0.0/0", "(did you mean 0.0.0.0/0?)"},
-    {"10.0.0.64/25", "(did you mean 10.0.0.0/25?)"},
-    {"2001:db8:c000::/33", "(did you mean 2001:db8:8000::/33?)"},
-};
-
-TEST(IpGenPrefixParse, RefusedTextNamesTheFault) {
-   for (auto const& row : kRefusedCases) {
-      auto const parsed = IpGenPrefix::parse(row.text);
-      if (parsed) {
-         ADD_FAILURE() << "\"" << row.text << "\" accepted as " << parsed->stringValue();
-         continue;
-      }
-      EXPECT_NE(parsed.reason().find(row.reason), std::string::npos)
-          << "\"" << row.text << "\" gave: " << parsed.reason();
-   }
+TEST(IpGenPrefixParse, TextCasesOfTheDataFile) {
+   expectTextCases<IpGenPrefix>("prefixes.txt");
 }
 
 struct MaskCase {
