@@ -175,16 +175,12 @@ TEST_P(TpcliClearTest, AClearKilledAtAnyStepLeavesTheOldFileOrTheNew) {
    stateIs(3);
    clear();
    auto const expectedNew = withoutTimestamps(json::parse(fileText(snapshots_)));
-   auto const* asanOptions = std::getenv("ASAN_OPTIONS");
-   // A sanitizer runtime wants to be loaded first; the shim comes before it here, harmlessly.
-   std::string const sanitizer = std::string("ASAN_OPTIONS=") + (asanOptions ? asanOptions : "") +
-                                 ":verify_asan_link_order=0";
    int killed = 0;
    for (int step = 1; step < 200; ++step) {
       std::ofstream(snapshots_) << old;
-      auto const run = tpcli(
-          "clear traffic-policy counters",
-          {{"LD_PRELOAD=" KILL_SHIM, "TPCLI_TEST_KILL_AT=" + std::to_string(step), sanitizer}});
+      auto const run =
+          tpcli("clear traffic-policy counters",
+                {preloading(KILL_SHIM, {"TPCLI_TEST_KILL_AT=" + std::to_string(step)})});
       auto const now = fileText(snapshots_);
       if (now != old) {
          EXPECT_EQ(withoutTimestamps(json::parse(now)), expectedNew) << "step " << step;
