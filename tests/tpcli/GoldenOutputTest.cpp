@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "support/TempStateFiles.h"
 #include "support/TpcliProcess.h"
 #include "support/Words.h"
 
@@ -69,13 +70,6 @@ fs::path statePath(std::string const& state) {
    return fs::exists(example) ? example : fs::path(GOLDEN_DIR) / "states" / (state + ".json");
 }
 
-std::string readFile(fs::path const& path) {
-   std::ifstream file(path, std::ios::binary);
-   std::ostringstream contents;
-   contents << file.rdbuf();
-   return contents.str();
-}
-
 bool updating() {
    auto const* update = std::getenv("TP_UPDATE_GOLDENS");
    return update && std::string(update) == "1";
@@ -108,7 +102,7 @@ TEST(GoldenOutput, EveryCaseMatchesItsFiles) {
             continue;
          }
          ASSERT_TRUE(fs::exists(expectedFile)) << "run with TP_UPDATE_GOLDENS=1 to create it";
-         EXPECT_EQ(output, readFile(expectedFile));
+         EXPECT_EQ(output, testing_support::readFile(expectedFile));
       }
    }
 }

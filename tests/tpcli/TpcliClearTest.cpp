@@ -19,6 +19,7 @@
 #include <sstream>
 #include <tuple>
 
+#include "support/TempStateFiles.h"
 #include "support/TpcliProcess.h"
 #include "support/Words.h"
 
@@ -57,12 +58,6 @@ json snapshotsOf(char const* policy, std::uint64_t base, std::uint64_t raise = 0
 }
 
 json const kNoSnapshots = {{"rules", json::object()}, {"named", json::object()}};
-
-std::string fileText(fs::path const& path) {
-   std::stringstream text;
-   text << std::ifstream(path).rdbuf();
-   return text.str();
-}
 
 class TpcliClearTest : public testing::TestWithParam<bool> {
  protected:
@@ -123,7 +118,7 @@ TEST_P(TpcliClearTest, ShowsAreHandedTheLastClearsSnapshots) {
    EXPECT_EQ(shownSnapshots(), (json{{"in", snapshotsOf("in", 100, 7)},
                                      {"out", snapshotsOf("out", 200, 7)},
                                      {"cpu", snapshotsOf("cpu", 300, 7)}}));
-   auto const file = json::parse(fileText(snapshots_));
+   auto const file = json::parse(testing_support::readFile(snapshots_));
    EXPECT_EQ(file.at("interfaceInput").at("namedCounters").at("in").at("c1").at("interfaces"),
              (json{{"Ethernet1", {{"instanceId", 21}, {"packets", 107}, {"bytes", 9}}}}));
 }
@@ -171,17 +166,17 @@ json withoutTimestamps(json snapshots) {
 TEST_P(TpcliClearTest, AClearKilledAtAnyStepLeavesTheOldFileOrTheNew) {
    stateIs(0);
    clear();
-   auto const old = fileText(snapshots_);
+   auto const old = testing_support::readFile(snapshots_);
    stateIs(3);
    clear();
-   auto const expectedNew = withoutTimestamps(json::parse(fileText(snapshots_)));
+   auto const expectedNew = withoutTimestamps(json::parse(testing_support::readFile(snapshots_)));
    int killed = 0;
    for (int step = 1; step < 200; ++step) {
       std::ofstream(snapshots_) << old;
       auto const run =
           tpcli("clear traffic-policy counters",
                 {preloading(KILL_SHIM, {"TPCLI_TEST_KILL_AT=" + std::to_string(step)})});
-      auto const now = fileText(snapshots_);
+      auto const now = testing_support::readFile(snapshots_);
       if (now != old) {
          EXPECT_EQ(withoutTimestamps(json::parse(now)), expectedNew) << "step " << step;
       }
@@ -201,7 +196,7 @@ TEST_P(TpcliClearTest, AClearKilledAtAnyStepLeavesTheOldFileOrTheNew) {
 TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
    stateIs(0);
    std::ofstream(snapshots_) << R"({"cpu": {"ruleCounters": {"cpu": {"r1": {"instanceId": 1}}}}})";
-   auto const damaged = fileText(snapshots_);
+   auto const damaged = testing_support::readFile(snapshots_);
    auto const reason = snapshots_.string() + ": /cpu/ruleCounters/cpu/r1: missing key \"packets\"";
    expectRuns({
        {"--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu",
@@ -210,7 +205,7 @@ TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
         reason},
        {"-s " + state_.string() + " clear traffic-policy counters interface", {}, 3, reason},
    });
-   EXPECT_EQ(fileText(snapshots_), damaged);
+   EXPECT_EQ(testing_support::readFile(snapshots_), damaged);
 }
 
 // A link that another user could leave at the names a clear uses, in a folder both can write: the
@@ -231,7 +226,7 @@ TEST_P(TpcliClearTest, LinksThatOthersCouldHaveMadeAreRefused) {
             {},
             showExit,
             showExit ? reason : ""}});
-      EXPECT_EQ(fileText(victim), "{}") << at;
+      EXPECT_EQ(testing_support::readFile(victim), "{}") << at;
       fs::remove(snapshots_);
       fs::remove(lock);
    }
@@ -249,7 +244,7 @@ TEST_P(TpcliClearTest, AHeldLockIsWaitedForABoundedTimeOrUntilCtrlC) {
         {{"TPCLI_LOCK_WAIT=0.2"}},
         1,
         "cannot lock " + lock + ": still held after 0.2 s by process " + std::to_string(getpid()) +
-            " (" + linesOf(fileText("/proc/self/comm")).front() + ")"},
+            " (" + linesOf(testing_support::readFile("/proc/self/comm")).front() + ")"},
        {clearLine, {{"TPCLI_LOCK_WAIT=soon"}}, 2, "TPCLI_LOCK_WAIT: expected a number of seconds"},
    });
 

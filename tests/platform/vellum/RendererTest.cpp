@@ -29,21 +29,14 @@ struct Case {
 std::vector<Case> const kCases = {
     {"writeString overloads",
      [](RendererV2& r) {
-        r.writeString("plain ");
         r.writeString("lengthXXX", 6);
-        r.writeString(Kel::String(" kel"));
-        r.writeString(std::string(" std "));
         r.writeString(static_cast<unsigned char>(7));
-        r.writeString(" ");
-        r.writeString(4294967295u);
         r.writeString(" ");
         r.writeString(std::numeric_limits<unsigned long>::max());
         r.writeString(" ");
-        r.writeString(prefix("10.1.0.0/16"));
-        r.writeString(" ");
         r.writeString(prefix("2001:db8::/32"));
      },
-     "plain length kel std 7 4294967295 18446744073709551615 10.1.0.0/16 2001:db8::/32", "{}\n"},
+     "length7 18446744073709551615 2001:db8::/32", "{}\n"},
     {"end of line, labels and frills",
      [](RendererV2& r) {
         r._addText("Name: ", Kel::String("p1"));
@@ -58,21 +51,14 @@ std::vector<Case> const kCases = {
      "Name: p1, Kind: drop [Count: 42]\n\n", "{}\n"},
     {"key/value pairs of every type",
      [](RendererV2& r) {
-        r._addJsonKeyValuePair("cstr", "a");
-        r._addJsonKeyValuePair("kel", Kel::String("b"));
-        r._addJsonKeyValuePair("std", std::string("c"));
         r._addJsonKeyValuePair("view", std::string_view("d"));
         r._addJsonKeyValuePair("uchar", static_cast<unsigned char>(255));
-        r._addJsonKeyValuePair("uint", 0u);
         r._addJsonKeyValuePair("ulong", std::numeric_limits<unsigned long>::max());
-        r._addJsonKeyValuePair("yes", true);
         r._addJsonKeyValuePair("no", false);
         r._addJsonKeyValuePair("v4", prefix("0.0.0.0/0"));
-        r._addJsonKeyValuePair("v6", prefix("::1/128"));
      },
      "",
-     R"({"cstr":"a","kel":"b","std":"c","view":"d","uchar":255,"uint":0,)"
-     R"("ulong":18446744073709551615,"yes":true,"no":false,"v4":"0.0.0.0/0","v6":"::1/128"})"
+     R"({"view":"d","uchar":255,"ulong":18446744073709551615,"no":false,"v4":"0.0.0.0/0"})"
      "\n"},
     {"nesting and the comma rule",
      [](RendererV2& r) {
