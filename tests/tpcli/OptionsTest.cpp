@@ -54,7 +54,6 @@ TEST(OptionsTest, HelpAndVersionOnlyPrint) {
       std::string expectedPart;
    };
    Printing const rows[] = {
-       {"--help", "Usage: tpcli [OPTIONS] [COMMAND...]"},
        {"-h show", "  tpcli sh traffic-policy int det\n"},
        {"--help", "Exit codes: 0 done, 1 failed to act, 2 usage, 3 invalid state file"},
        {"--version", "tpcli " TPCLI_VERSION "\n"},

@@ -35,14 +35,12 @@ TEST(Records, EveryCachedPolicyInNameOrderWithEveryAttribute) {
    };
    for (auto const& row : rows) {
       auto const records = recordsOf(row.command);
-      ASSERT_TRUE(records.contains("policyState")) << row.command;
       auto const& policies = records["policyState"];
       ASSERT_FALSE(policies.empty()) << row.command;
       std::vector<std::string> names;
       for (auto const& [name, record] : policies.items()) {
          names.push_back(name);
          EXPECT_EQ(record["name"], name) << row.command;
-         EXPECT_EQ(record["indentCountPerLevel"], 3) << row.command << " " << name;
          EXPECT_TRUE(record.contains(row.recordOnlyAttribute)) << row.command << " " << name;
       }
       EXPECT_TRUE(std::is_sorted(names.begin(), names.end())) << row.command;

@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <tuple>
 
 #include "support/TempStateFiles.h"
