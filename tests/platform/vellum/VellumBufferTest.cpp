@@ -130,23 +130,7 @@ TEST(VellumBufferEnd, FinalFlushReportsAClosedReader) {
        SigIntException);
 }
 
-class SigIntTest : public testing::Test {
- protected:
-   void SetUp() override {
-      sigaction(SIGINT, nullptr, &previous_);
-      vellum::installSigIntHandler();
-      vellum::sigIntNoticedIs(false);
-   }
-   void TearDown() override {
-      vellum::sigIntNoticedIs(false);
-      sigaction(SIGINT, &previous_, nullptr);
-   }
-
- private:
-   struct sigaction previous_ {};
-};
-
-TEST_F(SigIntTest, NoticedInterruptStopsTheNextFlush) {
+TEST(VellumBufferEnd, NoticedInterruptStopsTheNextFlush) {
    testing_support::MemoryFile file;
    VellumBuffer buffer(file.fd(), 4096, 1);
    buffer.append("written before");
@@ -154,6 +138,7 @@ TEST_F(SigIntTest, NoticedInterruptStopsTheNextFlush) {
    buffer.append(" lost after");
    vellum::sigIntNoticedIs(true);
    EXPECT_THROW(buffer.flush(), SigIntException);
+   vellum::sigIntNoticedIs(false);
    EXPECT_EQ(file.contents(), "written before");
 }
 
