@@ -48,13 +48,10 @@ class StateBuilder {
       interfaces_ = names("Ethernet", 4);
       vrfs_ = names("vrf", 3);
       counters_ = names("counter", 3);
-      json document = json::object();
-      document["hardware"] = hardware();
-      document["fieldSets"] = fieldSets();
-      document["trafficPolicies"] = policies();
-      document["interfaces"] = attachments();
-      document["vrfs"] = vrfSection();
-      document["status"] = status();
+      // A braced list is evaluated in order, so the bytes steer the sections in this order.
+      json const document = {{"hardware", hardware()},        {"fieldSets", fieldSets()},
+                             {"trafficPolicies", policies()}, {"interfaces", attachments()},
+                             {"vrfs", vrfSection()},          {"status", status()}};
       state_.text = document.dump();
       return std::move(state_);
    }
