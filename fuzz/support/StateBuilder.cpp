@@ -48,13 +48,10 @@ class StateBuilder {
       interfaces_ = names("Ethernet", 4);
       vrfs_ = names("vrf", 3);
       counters_ = names("counter", 3);
-      json document = json::object();
-      document["hardware"] = hardware();
-      document["fieldSets"] = fieldSets();
-      document["trafficPolicies"] = policies();
-      document["interfaces"] = attachments();
-      document["vrfs"] = vrfSection();
-      document["status"] = status();
+      // A braced list is evaluated in order, so the bytes steer the sections in this order.
+      json const document = {{"hardware", hardware()},        {"fieldSets", fieldSets()},
+                             {"trafficPolicies", policies()}, {"interfaces", attachments()},
+                             {"vrfs", vrfSection()},          {"status", status()}};
       state_.text = document.dump();
       return std::move(state_);
    }
@@ -96,6 +93,14 @@ class StateBuilder {
          return name(stem);
       }
       return known[bytes_.ConsumeIntegralInRange<std::size_t>(0, known.size() - 1)];
+   }
+
+   // Sets `key` to what `make` gives, if the bytes say so.
+   template <typename Make>
+   void maybe(json& into, std::string const& key, Make make) {
+      if (bytes_.ConsumeBool()) {
+         into[key] = make();
+      }
    }
 
    template <typename Make>
@@ -178,7 +183,7 @@ class StateBuilder {
 
    json protocol(std::string const& key) {
       json entry = json::object();
-      if (bytes_.ConsumeBool()) {
+      maybe(entry, "ports", [&] {
          json ports = json::array();
          for (auto left = count(2); left > 0; --left) {
             ports.push_back({{"sources", ranges(0, 65535)},
@@ -186,17 +191,17 @@ class StateBuilder {
                              {"sourceFieldSets", nameList(state_.portSets, "ports")},
                              {"destinationFieldSets", nameList(state_.portSets, "ports")}});
          }
-         entry["ports"] = ports;
-      }
-      if (bytes_.ConsumeBool()) {
+         return ports;
+      });
+      maybe(entry, "icmpTypes", [&] {
          json types = json::object();
          for (auto left = count(2); left > 0; --left) {
             types[rangeText(bytes_, 0, 255)] = ranges(0, 255);
          }
-         entry["icmpTypes"] = types;
-      }
-      if (key == "6" && bytes_.ConsumeBool()) {
-         entry["tcpFlags"] = uniqueList(1, 2, [&] { return tcpFlagGroup(); });
+         return types;
+      });
+      if (key == "6") {
+         maybe(entry, "tcpFlags", [&] { return uniqueList(1, 2, [&] { return tcpFlagGroup(); }); });
       }
       return entry;
    }
@@ -209,35 +214,24 @@ class StateBuilder {
    }
 
    void addMatchFields(json& criteria) {
-      if (bytes_.ConsumeBool()) {
+      maybe(criteria, "protocols", [&] {
          json protocols = json::object();
          for (auto left = count(3); left > 0; --left) {
             auto const key = bytes_.ConsumeBool() ? std::string("6") : rangeText(bytes_, 0, 255);
             protocols[key] = protocol(key);
          }
-         criteria["protocols"] = protocols;
-      }
-      if (bytes_.ConsumeBool()) {
-         criteria["vlanTags"] = json::array({vlanTag()});
-      }
-      if (bytes_.ConsumeBool()) {
-         criteria["lengths"] = ranges(0, 65535);
-      }
-      if (bytes_.ConsumeBool()) {
-         criteria["fragment"] =
-             bytes_.ConsumeBool() ? json{{"all", true}} : json{{"offsets", ranges(0, 8191, 1)}};
-      }
+         return protocols;
+      });
+      maybe(criteria, "vlanTags", [&] { return json::array({vlanTag()}); });
+      maybe(criteria, "lengths", [&] { return ranges(0, 65535); });
+      maybe(criteria, "fragment", [&] {
+         return bytes_.ConsumeBool() ? json{{"all", true}} : json{{"offsets", ranges(0, 8191, 1)}};
+      });
       for (auto const* flag : {"bgpNeighbors", "bgpProtocol", "ipOptions"}) {
-         if (bytes_.ConsumeBool()) {
-            criteria[flag] = true;
-         }
+         maybe(criteria, flag, [] { return true; });
       }
-      if (bytes_.ConsumeBool()) {
-         criteria["dscps"] = ranges(0, 63);
-      }
-      if (bytes_.ConsumeBool()) {
-         criteria["ttls"] = ranges(0, 255);
-      }
+      maybe(criteria, "dscps", [&] { return ranges(0, 63); });
+      maybe(criteria, "ttls", [&] { return ranges(0, 255); });
    }
 
    json innerHeader() {
@@ -261,41 +255,26 @@ class StateBuilder {
 
    json actions(std::vector<std::string> const& rules, std::vector<std::string> const& counters) {
       json result = json::object();
-      auto const wanted = [&] { return bytes_.ConsumeBool(); };
-      if (wanted()) {
-         result["drop"] = bytes_.ConsumeBool();
-      }
-      if (wanted()) {
-         result["police"] = {{"rate", bytes_.ConsumeIntegral<std::uint64_t>()},
-                             {"unit", pick(kRateUnits)}};
-      }
-      if (wanted()) {
-         result["count"] = bytes_.ConsumeBool() ? json::object()
-                                                : json{{"counter", nameFrom(counters, "counter")}};
-      }
-      if (wanted()) {
-         result["setDscp"] = count(63);
-      }
-      if (wanted()) {
-         result["setTc"] = count(7);
-      }
-      if (wanted()) {
-         result["log"] = true;
-      }
-      if (wanted()) {
-         result["goto"] =
-             bytes_.ConsumeBool() ? json::object() : json{{"match", nameFrom(rules, "rule")}};
-      }
-      if (wanted()) {
-         result["redirectNexthopGroups"] = nameList({}, "nhg", 1);
-      }
-      if (wanted()) {
-         result["tapAggRedirect"] = {{"groups", nameList({}, "group", 1)},
-                                     {"interfaces", nameList(interfaces_, "Ethernet")}};
-      }
-      if (wanted()) {
-         result["stripHeaderBytes"] = text(true);
-      }
+      maybe(result, "drop", [&] { return bytes_.ConsumeBool(); });
+      maybe(result, "police", [&] {
+         return json{{"rate", bytes_.ConsumeIntegral<std::uint64_t>()}, {"unit", pick(kRateUnits)}};
+      });
+      maybe(result, "count", [&] {
+         return bytes_.ConsumeBool() ? json::object()
+                                     : json{{"counter", nameFrom(counters, "counter")}};
+      });
+      maybe(result, "setDscp", [&] { return count(63); });
+      maybe(result, "setTc", [&] { return count(7); });
+      maybe(result, "log", [] { return true; });
+      maybe(result, "goto", [&] {
+         return bytes_.ConsumeBool() ? json::object() : json{{"match", nameFrom(rules, "rule")}};
+      });
+      maybe(result, "redirectNexthopGroups", [&] { return nameList({}, "nhg", 1); });
+      maybe(result, "tapAggRedirect", [&] {
+         return json{{"groups", nameList({}, "group", 1)},
+                     {"interfaces", nameList(interfaces_, "Ethernet")}};
+      });
+      maybe(result, "stripHeaderBytes", [&] { return text(true); });
       return result;
    }
 
@@ -310,9 +289,7 @@ class StateBuilder {
          }
          json match = json::object();
          for (bool const ipv4 : {true, false}) {
-            if (bytes_.ConsumeBool()) {
-               match[ipv4 ? "ipv4" : "ipv6"] = criteria(ipv4);
-            }
+            maybe(match, ipv4 ? "ipv4" : "ipv6", [&] { return criteria(ipv4); });
          }
          ruleSection[rule] = {
              {"sequence", sequence}, {"match", match}, {"actions", actions(rules, declared)}};
@@ -333,9 +310,7 @@ class StateBuilder {
                 char const* stem) {
       json result = json::object();
       for (auto const& key : keys) {
-         if (bytes_.ConsumeBool()) {
-            result[key] = nameFrom(values, stem);
-         }
+         maybe(result, key, [&] { return nameFrom(values, stem); });
       }
       return result;
    }
@@ -355,16 +330,14 @@ class StateBuilder {
    json counter(bool withInterfaces) {
       json result = {{"instanceId", bytes_.ConsumeIntegral<std::uint64_t>()},
                      {"packets", bytes_.ConsumeIntegral<std::uint64_t>()}};
-      if (bytes_.ConsumeBool()) {
-         result["bytes"] = bytes_.ConsumeIntegral<std::uint64_t>();
-      }
+      maybe(result, "bytes", [&] { return bytes_.ConsumeIntegral<std::uint64_t>(); });
       if (withInterfaces) {
          json perInterface = json::object();
          for (auto const& interface : interfaces_) {
-            if (bytes_.ConsumeBool()) {
-               perInterface[interface] = {{"packets", bytes_.ConsumeIntegral<std::uint64_t>()},
-                                          {"bytes", bytes_.ConsumeIntegral<std::uint64_t>()}};
-            }
+            maybe(perInterface, interface, [&] {
+               return json{{"packets", bytes_.ConsumeIntegral<std::uint64_t>()},
+                           {"bytes", bytes_.ConsumeIntegral<std::uint64_t>()}};
+            });
          }
          result["interfaces"] = perInterface;
       }
@@ -374,12 +347,11 @@ class StateBuilder {
    json installation() {
       json result = json::object();
       for (auto const* option : {"ipv4", "ipv6"}) {
-         if (bytes_.ConsumeBool()) {
-            result[option] = {{"state", pick(kInstallStates)}};
-            if (bytes_.ConsumeBool()) {
-               result[option]["error"] = text(true);
-            }
-         }
+         maybe(result, option, [&] {
+            json state = {{"state", pick(kInstallStates)}};
+            maybe(state, "error", [&] { return text(true); });
+            return state;
+         });
       }
       return result;
    }
@@ -392,21 +364,15 @@ class StateBuilder {
          auto const option = count(2);
          ruleOptions[rule] =
              option == 0 ? json::array() : json::array({option == 1 ? "ipv4" : "ipv6"});
-         if (bytes_.ConsumeBool()) {
-            ruleCounters[rule] = counter(false);
-         }
+         maybe(ruleCounters, rule, [&] { return counter(false); });
       }
       json intfs = json::object();
       for (auto const& interface : interfaces_) {
-         if (bytes_.ConsumeBool()) {
-            intfs[interface] = installation();
-         }
+         maybe(intfs, interface, [&] { return installation(); });
       }
       json namedCounters = json::object();
       for (auto const& name : counters_) {
-         if (bytes_.ConsumeBool()) {
-            namedCounters[name] = counter(true);
-         }
+         maybe(namedCounters, name, [&] { return counter(true); });
       }
       return {{"rules", ruleOptions},
               {"interfaces", intfs},

@@ -1,96 +1,43 @@
 // Clearing through both snapshot helpers, over the state database's type status and over the
-// shared-memory table alike: a second clear replaces the first, counters that are gone lose their
-// snapshots, a new life of a counter gets a new snapshot, and per-interface entries follow the
-// per-interface switch and the lives of their counters.
+// shared-memory table alike: counters that are gone lose their snapshots, a new life of a counter
+// gets a new snapshot, and per-interface entries follow the per-interface switch and the lives of
+// their counters. (That a clear stores what the next shows are given is checked on tpcli as a
+// process.)
 #include <gtest/gtest.h>
 
-#include <chrono>
-
-#include "TrafficPolicyCli/CounterData.h"
+#include "StateLoader/Loader.h"
 #include "TrafficPolicyCli/Factories.h"
+#include "support/TempStateFiles.h"
 
 namespace {
 
 using PolicyMap::PacketAndByte;
-using PolicyMap::PacketDataMap;
 using TrafficPolicy::NamedCounterKey;
 
 enum class Backend { ledger, pylon };
 
-// One direction's live counters, kept where the back end keeps them.
-class LiveCounters {
- public:
-   explicit LiveCounters(Backend backend) : backend_(backend) {}
-
-   void ruleIs(char const* policy, char const* rule, std::uint64_t instance,
-               std::uint64_t packets) {
-      insert(rules(policy), rule, instance, {packets, 0}, {});
-   }
-   void namedIs(char const* policy, char const* name, std::uint64_t instance, PacketAndByte count,
-                std::vector<std::pair<char const*, PacketAndByte>> const& perInterface = {}) {
-      insert(named(policy), name, instance, count, perInterface);
-   }
-   void ruleDel(char const* policy, char const* rule) { rules(policy).erase(rule); }
-   void namedDel(char const* policy, char const* name) { named(policy).erase(name); }
-
-   // Clears with the helper of the back end; per-interface snapshots as asked.
-   void clearInto(Kel::Ptr<TrafficPolicy::Counter> const& counter, bool perInterface) const {
-      if (backend_ == Backend::ledger) {
-         typeStatus_->perInterfaceCountersIs(perInterface);
-         TrafficPolicyCli::trafficPolicyLedgerCounterSnapshotHelperFactory(typeStatus_, counter)
-             ->clearCounter();
-      } else {
-         TrafficPolicyCli::trafficPolicyPylonCounterSnapshotHelperFactory(table_, counter,
-                                                                          perInterface)
-             ->clearCounter();
-      }
-   }
-
-   Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters> const& table() const { return table_; }
-
- private:
-   static void insert(PacketDataMap& into, char const* name, std::uint64_t instance,
-                      PacketAndByte count,
-                      std::vector<std::pair<char const*, PacketAndByte>> const& perInterface) {
-      auto data = Kel::make<PolicyMap::PacketDataStatus>(name, instance);
-      data->countIs(count);
-      for (auto const& [intf, intfCount] : perInterface) {
-         data->perIntfCount().insertOrAssign(Quoll::IntfId(intf), intfCount);
-      }
-      into.insertOrAssign(name, data);
-   }
-   PacketDataMap& rules(char const* policy) {
-      return backend_ == Backend::ledger ? status(policy).classCounter()
-                                         : tableEntry(policy).classCounter();
-   }
-   PacketDataMap& named(char const* policy) {
-      return backend_ == Backend::ledger ? status(policy).namedCounter()
-                                         : tableEntry(policy).namedCounter();
-   }
-   PolicyMap::PolicyMapStatus& status(char const* policy) {
-      auto& entry = statuses_.getOrCreate(policy, Kel::make<PolicyMap::PolicyMapStatus>(policy));
-      typeStatus_->policyMapStatus().insertOrAssign(policy, entry);
-      return *entry;
-   }
-   PolicyMap::Counters::PolicyMapCounters& tableEntry(char const* policy) {
-      auto& entry =
-          tableEntries_.getOrCreate(policy, Kel::make<PolicyMap::Counters::PolicyMapCounters>());
-      table_->policyMapCounters().insertOrAssign({policy, ""}, entry);
-      return *entry;
-   }
-
-   Backend backend_;
-   Kel::Ptr<PolicyMap::PolicyMapTypeStatus> typeStatus_ =
-       Kel::make<PolicyMap::PolicyMapTypeStatus>();
-   Kel::Ptr<PolicyMap::Counters::PolicyMapTypeCounters> table_ =
-       Kel::make<PolicyMap::Counters::PolicyMapTypeCounters>();
-   Kel::OrderedMap<Kel::String, Kel::Ptr<PolicyMap::PolicyMapStatus>> statuses_;
-   Kel::OrderedMap<Kel::String, Kel::Ptr<PolicyMap::Counters::PolicyMapCounters>> tableEntries_;
-};
-
 class CounterSnapshotHelpersTest : public testing::TestWithParam<Backend> {
  protected:
-   void clear(bool perInterface = true) { live_.clearInto(counter_, perInterface); }
+   // Clears into the test's store with the back end's helper, from the CPU counters of a state
+   // whose "policies" status is `policies`.
+   void clear(std::string const& policies, bool perInterface = true) {
+      bool const pylon = GetParam() == Backend::pylon;
+      auto loaded = StateLoader::loadState(files_.write(
+          "state.json",
+          std::string(R"({"hardware": {"sharedMemoryCounters": )") + (pylon ? "true" : "false") +
+              R"(}, "status": {"cpu": {"perInterfaceCounters": )" +
+              (perInterface ? "true" : "false") + R"(, "policies": )" + policies + "}}}"));
+      ASSERT_TRUE(loaded) << loaded.reason();
+      auto const& cpu = loaded->cpu;
+      if (pylon) {
+         TrafficPolicyCli::trafficPolicyPylonCounterSnapshotHelperFactory(cpu.counterTable,
+                                                                          counter_, perInterface)
+             ->clearCounter();
+      } else {
+         TrafficPolicyCli::trafficPolicyLedgerCounterSnapshotHelperFactory(cpu.status, counter_)
+             ->clearCounter();
+      }
+   }
 
    Kel::Ptr<TrafficPolicy::NamedCounterVersion const> named(char const* policy,
                                                             char const* name) const {
@@ -106,48 +53,18 @@ class CounterSnapshotHelpersTest : public testing::TestWithParam<Backend> {
       return entries;
    }
 
-   LiveCounters live_{GetParam()};
+   testing_support::TempStateFiles const files_;
    Kel::Ptr<TrafficPolicy::Counter> counter_ = Kel::make<TrafficPolicy::Counter>();
 };
 
-TEST_P(CounterSnapshotHelpersTest, ASecondClearReplacesTheFirstAndCountsShowTheIncreaseSince) {
-   live_.ruleIs("p1", "r1", 7, 100);
-   live_.namedIs("p1", "c1", 9, {10, 1000});
-   clear();
-   live_.ruleIs("p1", "r1", 7, 150);
-   live_.namedIs("p1", "c1", 9, {30, 3000});
-   auto const before = std::chrono::system_clock::now();
-   clear();
-   EXPECT_EQ(*counter_->snapshot({"p1", "r1"}), (TrafficPolicy::CounterVersion{7, 150}));
-   EXPECT_EQ(named("p1", "c1")->totalCount(), (PacketAndByte{30, 3000}));
-   EXPECT_GE(counter_->timestamp(),
-             std::chrono::duration<double>(before.time_since_epoch()).count() - 1);
-
-   auto rule = Kel::make<PolicyMap::PacketDataStatus>("r1", 7);
-   rule->countIs({170, 0});
-   auto namedData = Kel::make<PolicyMap::PacketDataStatus>("c1", 9);
-   namedData->countIs({35, 3500});
-   EXPECT_EQ(TrafficPolicyCli::getRulePacketCount(rule, counter_, "p1"), 20U);
-   EXPECT_EQ(TrafficPolicyCli::getNamedPacketCount(counter_, namedData, "p1"), 5U);
-   EXPECT_EQ(TrafficPolicyCli::getNamedByteCount(counter_, namedData, "p1"), 500U);
-}
-
 TEST_P(CounterSnapshotHelpersTest, CountersThatAreGoneLoseTheirSnapshots) {
-   for (auto const* rule : {"r1", "r2", "r3", "r4"}) {
-      live_.ruleIs("p1", rule, 1, 5);
-   }
-   for (auto const* name : {"c1", "c2", "c3"}) {
-      live_.namedIs("p1", name, 1, {5, 50});
-   }
-   live_.ruleIs("p2", "r1", 1, 5);
-   clear();
+   std::string const c = R"({"instanceId": 1, "packets": 5})";
+   clear(R"({"p1": {"ruleCounters": {"r1": )" + c + ", \"r2\": " + c + ", \"r3\": " + c +
+         ", \"r4\": " + c + R"(}, "namedCounters": {"c1": )" + c + ", \"c2\": " + c +
+         ", \"c3\": " + c + R"(}}, "p2": {"ruleCounters": {"r1": )" + c + "}}}");
    // Neighbours go together, so that the clean-up deletes several entries in a row.
-   live_.ruleDel("p1", "r2");
-   live_.ruleDel("p1", "r3");
-   live_.ruleDel("p2", "r1");
-   live_.namedDel("p1", "c1");
-   live_.namedDel("p1", "c2");
-   clear();
+   clear(R"({"p1": {"ruleCounters": {"r1": )" + c + ", \"r4\": " + c +
+         R"(}, "namedCounters": {"c3": )" + c + "}}}");
    std::vector<std::string> rules;
    for (auto const& [key, version] : counter_->snapshot()) {
       rules.push_back(key.policyName.stringValue() + "/" + key.className.stringValue());
@@ -158,11 +75,11 @@ TEST_P(CounterSnapshotHelpersTest, CountersThatAreGoneLoseTheirSnapshots) {
 }
 
 TEST_P(CounterSnapshotHelpersTest, ANewLifeOfACounterGetsANewSnapshot) {
-   live_.namedIs("p1", "c1", 1, {40, 400}, {{"Ethernet1", {40, 400}}});
-   clear();
+   clear(R"({"p1": {"namedCounters": {"c1": {"instanceId": 1, "packets": 40, "bytes": 400,
+      "interfaces": {"Ethernet1": {"packets": 40, "bytes": 400}}}}}})");
    auto const first = named("p1", "c1");
-   live_.namedIs("p1", "c1", 2, {3, 30}, {{"Ethernet2", {3, 30}}});
-   clear();
+   clear(R"({"p1": {"namedCounters": {"c1": {"instanceId": 2, "packets": 3, "bytes": 30,
+      "interfaces": {"Ethernet2": {"packets": 3, "bytes": 30}}}}}})");
    auto const second = named("p1", "c1");
    EXPECT_NE(first, second);
    EXPECT_EQ(second->instanceId(), 2U);
@@ -173,21 +90,23 @@ TEST_P(CounterSnapshotHelpersTest, ANewLifeOfACounterGetsANewSnapshot) {
 }
 
 TEST_P(CounterSnapshotHelpersTest, WithoutPerInterfaceSnapshotsOnlyTheTotalsAreWritten) {
-   live_.namedIs("p1", "c1", 1, {40, 400}, {{"Ethernet1", {40, 400}}});
-   clear(false);
+   clear(R"({"p1": {"namedCounters": {"c1": {"instanceId": 1, "packets": 40, "bytes": 400,
+      "interfaces": {"Ethernet1": {"packets": 40, "bytes": 400}}}}}})",
+         false);
    EXPECT_EQ(named("p1", "c1")->totalCount(), (PacketAndByte{40, 400}));
    EXPECT_TRUE(named("p1", "c1")->perIntfCount().empty());
 }
 
 TEST_P(CounterSnapshotHelpersTest, InterfaceEntriesFollowTheirCounters) {
-   live_.namedIs("p1", "c1", 5, {40, 400},
-                 {{"Ethernet1", {10, 100}}, {"Ethernet2", {20, 200}}, {"Ethernet3", {1, 1}}});
    // An entry left from another life of the counter, and one of an interface now gone.
    auto const snapshot = counter_->namedSnapshotIs({"p1", "c1"}, 5);
    snapshot->perIntfCountIs(Quoll::IntfId("Ethernet1"), 4)->countDataIs({99, 999});
    snapshot->perIntfCountIs(Quoll::IntfId("Ethernet9"), 5)->countDataIs({1, 1});
    auto const kept = snapshot->perIntfCountIs(Quoll::IntfId("Ethernet2"), 5);
-   clear();
+   clear(R"({"p1": {"namedCounters": {"c1": {"instanceId": 5, "packets": 40, "bytes": 400,
+      "interfaces": {"Ethernet1": {"packets": 10, "bytes": 100},
+                     "Ethernet2": {"packets": 20, "bytes": 200},
+                     "Ethernet3": {"packets": 1, "bytes": 1}}}}}})");
    EXPECT_EQ(named("p1", "c1"), snapshot);
    EXPECT_EQ(perInterface("p1", "c1"),
              (std::vector<std::tuple<std::string, std::uint64_t, std::uint64_t>>{
@@ -202,15 +121,17 @@ INSTANTIATE_TEST_SUITE_P(BothBackends, CounterSnapshotHelpersTest,
                          });
 
 TEST(CounterSnapshotHelpersEdgeTest, TableEntriesOfOneInterfaceAreNotPolicies) {
-   LiveCounters live(Backend::pylon);
-   live.ruleIs("p1", "r1", 1, 5);
-   auto perInterface = Kel::make<PolicyMap::Counters::PolicyMapCounters>();
-   auto data = Kel::make<PolicyMap::PacketDataStatus>("r1", 1);
-   data->countIs({2, 0});
-   perInterface->classCounter().insertOrAssign("r1", data);
-   live.table()->policyMapCounters().insertOrAssign({"p1", "Ethernet1"}, perInterface);
+   auto const table = Kel::make<PolicyMap::Counters::PolicyMapTypeCounters>();
+   for (auto const& [intf, packets] : {std::pair{"", 5u}, std::pair{"Ethernet1", 2u}}) {
+      auto entry = Kel::make<PolicyMap::Counters::PolicyMapCounters>();
+      auto data = Kel::make<PolicyMap::PacketDataStatus>("r1", 1);
+      data->countIs({packets, 0});
+      entry->classCounter().insertOrAssign("r1", data);
+      table->policyMapCounters().insertOrAssign({"p1", intf}, entry);
+   }
    auto const counter = Kel::make<TrafficPolicy::Counter>();
-   live.clearInto(counter, true);
+   TrafficPolicyCli::trafficPolicyPylonCounterSnapshotHelperFactory(table, counter, true)
+       ->clearCounter();
    EXPECT_EQ(counter->snapshot({"p1", "r1"})->pkts, 5U);
 }
 

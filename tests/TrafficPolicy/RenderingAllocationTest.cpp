@@ -23,7 +23,7 @@ TEST(RenderingAllocation, NoAllocationPerRule) {
                       "redirectNexthopGroups": ["g1", "g2", "g3", "g4", "g5"]})",
        .policyStatus = R"("namedCounters": {"c1": {"instanceId": 2, "packets": 40}})",
    });
-   auto const [show, record] = rendering_test::cachePolicyOf(state, {});
+   auto const [show, record] = rendering_test::cachePolicyOf(state);
    for (auto format : {vellum::OutputFormat_t::text, vellum::OutputFormat_t::json}) {
       testing_support::MemoryFile file;
       vellum::VellumBuffer buffer(file.fd(), 1048576, 1);

@@ -23,7 +23,7 @@ using rendering_test::ruleState;
 RenderedRules renderRule(ClassMapMatchOption option, Kel::Ptr<StructuredFilter> filter,
                          Kel::Ptr<PolicyMap::ClassAction> actions = nullptr) {
    auto const state = ruleState({.actions = R"({"drop": true})"});
-   return renderRulesOf(state, {}, [&](TrafficPolicyCli::PolicyState& record) {
+   return renderRulesOf(state, [&](TrafficPolicyCli::PolicyState& record) {
       auto match = Kel::make<PolicyMap::ClassMapMatch>(option);
       match->structuredFilterIs(filter);
       record.classMapConfigIs(0, "r1", match);
@@ -53,29 +53,35 @@ Kel::Ptr<PolicyMap::ClassAction> actionsOfType(std::uint8_t type) {
    return actions;
 }
 
-TEST(RuleRendering, UnknownOptionEndsTheHeaderAfterTheName) {
-   auto const rendered = renderRule(static_cast<ClassMapMatchOption>(7), nullptr);
-   EXPECT_EQ(rendered.text, "    match r1 \n       Actions: Drop\n");
-   EXPECT_EQ(rendered.rules[0]["matchOption"], "");
-}
-
-TEST(RuleRendering, RuleWithoutCriteriaHasNoMatchesObject) {
-   auto const rendered = renderRule(ClassMapMatchOption::ipv6, nullptr);
-   EXPECT_EQ(rendered.text, "    match r1 ipv6\n       Actions: Drop\n");
-   EXPECT_FALSE(rendered.rules[0].contains("matches"));
-   EXPECT_TRUE(rendered.rules[0]["actions"]["drop"]);
-}
-
-TEST(RuleRendering, TcpFlagsShowOnlyUnderTheTcpProtocolAlone) {
-   auto const rendered = renderRule(ClassMapMatchOption::ipv4, tcpFlagsUnder({1, 255}, {2, 2}));
-   EXPECT_EQ(rendered.text, "    match r1 ipv4\n       Protocol: 1-255\n       Actions: Drop\n");
-   EXPECT_EQ(rendered.rules[0]["matches"]["protocols"][0].size(), 1u);
-}
-
-TEST(RuleRendering, ActionTypesBeyondTheKnownOnesArePassedOver) {
-   auto const rendered = renderRule(ClassMapMatchOption::ipv4, nullptr, actionsOfType(30));
-   EXPECT_EQ(rendered.text, "    match r1 ipv4\n       Actions: ");
-   EXPECT_EQ(rendered.rules[0]["actions"], nlohmann::json::object());
+TEST(RuleRendering, WhatNoStateCanSayRendersAsTheRulesSay) {
+   struct Row {
+      char const* name;
+      RenderedRules rendered;
+      char const* text;
+      char const* json;
+   } const rows[] = {
+       {"an unknown option ends the header after the name",
+        renderRule(static_cast<ClassMapMatchOption>(7), nullptr),
+        "    match r1 \n       Actions: Drop\n",
+        R"({"actions": {"drop": true}, "matchOption": "", "ruleString": "r1"})"},
+       {"a rule without criteria has no matches object",
+        renderRule(ClassMapMatchOption::ipv6, nullptr), "    match r1 ipv6\n       Actions: Drop\n",
+        R"({"actions": {"drop": true}, "matchOption": "ipv6", "ruleString": "r1"})"},
+       {"TCP flags show only under the TCP protocol alone",
+        renderRule(ClassMapMatchOption::ipv4, tcpFlagsUnder({1, 255}, {2, 2})),
+        "    match r1 ipv4\n       Protocol: 1-255\n       Actions: Drop\n",
+        R"({"actions": {"drop": true}, "matchOption": "ipv4", "matches": {"protocols":
+            [{"protocolRange": {"high": 255, "low": 1}}]}, "ruleString": "r1"})"},
+       {"action types beyond the known ones are passed over",
+        renderRule(ClassMapMatchOption::ipv4, nullptr, actionsOfType(30)),
+        "    match r1 ipv4\n       Actions: ",
+        R"({"actions": {}, "matchOption": "ipv4", "ruleString": "r1"})"},
+   };
+   for (auto const& row : rows) {
+      EXPECT_EQ(row.rendered.text, row.text) << row.name;
+      EXPECT_EQ(row.rendered.rules, nlohmann::json::array({nlohmann::json::parse(row.json)}))
+          << row.name << ": " << row.rendered.rules.dump();
+   }
 }
 
 class RenderingInvariants : public testing::Test {
@@ -157,21 +163,6 @@ TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
       ADD_FAILURE() << "no assertion";
    } catch (Kel::AssertionError const& error) {
       EXPECT_EQ(error.expression(), "!!jsonName && \"Invalid mapping in cliMap\"");
-   }
-}
-
-// The table is searched by label length: every label finds its own key, and a label of a length
-// that several rows share, or of no row's length, finds none.
-TEST(CliMapLookup, EveryLabelFindsItsKeyAndNoOtherDoes) {
-   using TrafficPolicyCli::cliMap;
-   for (auto const& row : cliMap.rows()) {
-      EXPECT_EQ(cliMap[row.label], &row.jsonName) << row.label;
-   }
-   std::string_view const unknown[] = {
-       "", "ICMP kind", "Protocols", std::string_view("DSCP\0", 5),
-       "Destination prefix (longest prefix match) and more than sixty-three bytes of label"};
-   for (auto const label : unknown) {
-      EXPECT_EQ(cliMap[label], nullptr) << label;
    }
 }
 

@@ -20,10 +20,6 @@ CapturedTrace::~CapturedTrace() {
    facility_.levelIs(previousLevel_);
 }
 
-bool CapturedTrace::traced(std::string const& line) const {
-   return std::ranges::find(lines_, line) != lines_.end();
-}
-
 bool CapturedTrace::anyEndsWith(std::string_view ending) const {
    return std::ranges::any_of(lines_,
                               [ending](std::string const& line) { return line.ends_with(ending); });

@@ -19,8 +19,6 @@ class CapturedTrace {
    CapturedTrace& operator=(CapturedTrace const&) = delete;
 
    std::vector<std::string> const& lines() const noexcept { return lines_; }
-   // Whether exactly this "LEVEL TEXT" line was written.
-   bool traced(std::string const& line) const;
    bool anyEndsWith(std::string_view ending) const;
 
  private:

@@ -1,7 +1,7 @@
 // Clearing counters with tpcli as a process, on a state of its own in a private folder: what a
 // clear stores is what the next shows are given, later counts show the increase since, a clear of
 // one direction keeps the others, two clears at once both count, a clear killed at any of its steps
-// leaves the old snapshot file or the new one, a damaged snapshot file or one that another user
+// leaves the old snapshot file or the new one, a damaged snapshot file or a link that another user
 // could have made ends the command with its exit code, and a clear waits for a held lock a bounded
 // time, or until Ctrl-C. Clears run the real show library; shows run the fake one, which
 // writes back the snapshots it was handed.
@@ -15,10 +15,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <nlohmann/json.hpp>
-#include <sstream>
+#include <tuple>
 
+#include "support/TempStateFiles.h"
 #include "support/TpcliProcess.h"
 #include "support/Words.h"
 
@@ -57,12 +57,6 @@ json snapshotsOf(char const* policy, std::uint64_t base, std::uint64_t raise = 0
 }
 
 json const kNoSnapshots = {{"rules", json::object()}, {"named", json::object()}};
-
-std::string fileText(fs::path const& path) {
-   std::stringstream text;
-   text << std::ifstream(path).rdbuf();
-   return text.str();
-}
 
 class TpcliClearTest : public testing::TestWithParam<bool> {
  protected:
@@ -123,7 +117,7 @@ TEST_P(TpcliClearTest, ShowsAreHandedTheLastClearsSnapshots) {
    EXPECT_EQ(shownSnapshots(), (json{{"in", snapshotsOf("in", 100, 7)},
                                      {"out", snapshotsOf("out", 200, 7)},
                                      {"cpu", snapshotsOf("cpu", 300, 7)}}));
-   auto const file = json::parse(fileText(snapshots_));
+   auto const file = json::parse(testing_support::readFile(snapshots_));
    EXPECT_EQ(file.at("interfaceInput").at("namedCounters").at("in").at("c1").at("interfaces"),
              (json{{"Ethernet1", {{"instanceId", 21}, {"packets", 107}, {"bytes", 9}}}}));
 }
@@ -171,21 +165,17 @@ json withoutTimestamps(json snapshots) {
 TEST_P(TpcliClearTest, AClearKilledAtAnyStepLeavesTheOldFileOrTheNew) {
    stateIs(0);
    clear();
-   auto const old = fileText(snapshots_);
+   auto const old = testing_support::readFile(snapshots_);
    stateIs(3);
    clear();
-   auto const expectedNew = withoutTimestamps(json::parse(fileText(snapshots_)));
-   auto const* asanOptions = std::getenv("ASAN_OPTIONS");
-   // A sanitizer runtime wants to be loaded first; the shim comes before it here, harmlessly.
-   std::string const sanitizer = std::string("ASAN_OPTIONS=") + (asanOptions ? asanOptions : "") +
-                                 ":verify_asan_link_order=0";
+   auto const expectedNew = withoutTimestamps(json::parse(testing_support::readFile(snapshots_)));
    int killed = 0;
    for (int step = 1; step < 200; ++step) {
       std::ofstream(snapshots_) << old;
-      auto const run = tpcli(
-          "clear traffic-policy counters",
-          {{"LD_PRELOAD=" KILL_SHIM, "TPCLI_TEST_KILL_AT=" + std::to_string(step), sanitizer}});
-      auto const now = fileText(snapshots_);
+      auto const run =
+          tpcli("clear traffic-policy counters",
+                {preloading(KILL_SHIM, {"TPCLI_TEST_KILL_AT=" + std::to_string(step)})});
+      auto const now = testing_support::readFile(snapshots_);
       if (now != old) {
          EXPECT_EQ(withoutTimestamps(json::parse(now)), expectedNew) << "step " << step;
       }
@@ -205,7 +195,7 @@ TEST_P(TpcliClearTest, AClearKilledAtAnyStepLeavesTheOldFileOrTheNew) {
 TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
    stateIs(0);
    std::ofstream(snapshots_) << R"({"cpu": {"ruleCounters": {"cpu": {"r1": {"instanceId": 1}}}}})";
-   auto const damaged = fileText(snapshots_);
+   auto const damaged = testing_support::readFile(snapshots_);
    auto const reason = snapshots_.string() + ": /cpu/ruleCounters/cpu/r1: missing key \"packets\"";
    expectRuns({
        {"--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu",
@@ -214,53 +204,28 @@ TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
         reason},
        {"-s " + state_.string() + " clear traffic-policy counters interface", {}, 3, reason},
    });
-   EXPECT_EQ(fileText(snapshots_), damaged);
+   EXPECT_EQ(testing_support::readFile(snapshots_), damaged);
 }
 
-// What another user could leave at the names a clear uses, in a folder both can write: the clear
-// refuses it (1), a show refuses such a snapshot file as a damaged one (3), and nothing is
-// written through a link.
-TEST_P(TpcliClearTest, FilesThatOthersCouldHaveMadeAreRefused) {
-   struct Row {
-      char const* what;
-      fs::path at;
-      std::function<void(fs::path const&)> plant;
-      std::string reason;
-      bool needsRoot = false;
-   };
-   auto const lock = snapshots_.string() + ".lock";
+// A link that another user could leave at the names a clear uses, in a folder both can write: the
+// clear refuses it (1), a show refuses such a snapshot file as a damaged one (3), and nothing is
+// written through the link. (Every kind of such file is refused as the snapshot files are read.)
+TEST_P(TpcliClearTest, LinksThatOthersCouldHaveMadeAreRefused) {
    auto const victim = folder_ / "victim.json";
-   auto const link = [&victim](fs::path const& at) { fs::create_symlink(victim, at); };
-   auto const withMode = [](mode_t mode, uid_t owner) {
-      return [mode, owner](fs::path const& at) {
-         std::ofstream(at) << "{}";
-         ASSERT_EQ(chmod(at.c_str(), mode), 0);
-         ASSERT_EQ(chown(at.c_str(), owner, static_cast<gid_t>(-1)), 0);
-      };
-   };
-   Row const rows[] = {
-       {"a link as the snapshot file", snapshots_, link,
-        snapshots_.string() + ": the file is a symbolic link"},
-       {"a snapshot file others can write", snapshots_, withMode(0666, geteuid()),
-        snapshots_.string() + ": the file can be written by other users (mode 0666)"},
-       {"another user's snapshot file", snapshots_, withMode(0644, 65534),
-        snapshots_.string() + ": the file belongs to another user (uid 65534)", true},
-       {"a link as the lock file", lock, link,
-        "cannot lock " + lock + ": the file is a symbolic link"},
-   };
+   auto const lock = snapshots_.string() + ".lock";
    stateIs(0);
-   for (auto const& row : rows) {
-      if (row.needsRoot && geteuid() != 0) {
-         continue;
-      }
+   for (auto const& [at, reason, showExit] :
+        {std::tuple{snapshots_.string(), snapshots_.string() + ": the file is a symbolic link", 3},
+         std::tuple{lock, "cannot lock " + lock + ": the file is a symbolic link", 0}}) {
       std::ofstream(victim) << "{}";
-      row.plant(row.at);
-      auto const showLine =
-          "--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu";
+      fs::create_symlink(victim, at);
       expectRuns(
-          {{"-s " + state_.string() + " clear traffic-policy counters", {}, 1, row.reason},
-           {showLine, {}, row.at == snapshots_ ? 3 : 0, row.at == snapshots_ ? row.reason : ""}});
-      EXPECT_EQ(fileText(victim), "{}") << row.what;
+          {{"-s " + state_.string() + " clear traffic-policy counters", {}, 1, reason},
+           {"--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu",
+            {},
+            showExit,
+            showExit ? reason : ""}});
+      EXPECT_EQ(testing_support::readFile(victim), "{}") << at;
       fs::remove(snapshots_);
       fs::remove(lock);
    }
@@ -277,7 +242,8 @@ TEST_P(TpcliClearTest, AHeldLockIsWaitedForABoundedTimeOrUntilCtrlC) {
        {clearLine,
         {{"TPCLI_LOCK_WAIT=0.2"}},
         1,
-        "cannot lock " + lock + ": still held after 0.2 s by process " + std::to_string(getpid())},
+        "cannot lock " + lock + ": still held after 0.2 s by process " + std::to_string(getpid()) +
+            " (" + linesOf(testing_support::readFile("/proc/self/comm")).front() + ")"},
        {clearLine, {{"TPCLI_LOCK_WAIT=soon"}}, 2, "TPCLI_LOCK_WAIT: expected a number of seconds"},
    });
 

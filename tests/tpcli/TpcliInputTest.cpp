@@ -42,12 +42,9 @@ TEST_F(TpcliInputTest, OddStateFilesEndWithTheirExitCodeAndOneLine) {
    auto const huge = (folder_ / "huge.json").string();
    std::ofstream(huge) << "{}";
    fs::resize_file(huge, std::uintmax_t{5} << 30);
-   auto const* asanOptions = std::getenv("ASAN_OPTIONS");
-   std::string const sanitizer = std::string("ASAN_OPTIONS=") + (asanOptions ? asanOptions : "") +
-                                 ":verify_asan_link_order=0";
    expectRuns({
        {"-s " + changing + " show traffic-policy interface",
-        {{"LD_PRELOAD=" TRUNCATING_SHIM, "TPCLI_TEST_TRUNCATE=" + changing, sanitizer}},
+        {preloading(TRUNCATING_SHIM, {"TPCLI_TEST_TRUNCATE=" + changing})},
         3,
         changing + ": the file changed while it was read"},
        {"-s " + huge + " show traffic-policy interface",

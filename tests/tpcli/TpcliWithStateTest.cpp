@@ -1,6 +1,6 @@
-// tpcli as a process on a loaded device state (the bundled example): JSON is JSON, and the output
-// ends as documented when its reader goes away, the disk is full, an invariant breaks, the user
-// interrupts, or a terminal pages it or its pager cannot run. Most runs use the fake show library,
+// tpcli as a process on a loaded device state (the bundled example): the output ends as documented
+// when its reader goes away, the disk is full, an invariant breaks, the user interrupts, or a
+// terminal pages it or its pager cannot run. Most runs use the fake show library,
 // which writes back its arguments and as much filler as a test asks for.
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "support/TpcliProcess.h"
@@ -70,19 +69,6 @@ TEST(TpcliWithStateTest, OutputEndsAsDocumented) {
         "cannot run the pager \"exec /nonexistent/pager 2>/dev/null\" (set PAGER, or use "
         "--no-pager)"},
    });
-}
-
-TEST(TpcliWithStateTest, JsonByOptionOrByFilterIsValidJson) {
-   for (auto const& line : {"--json show traffic-policy interface input detail",
-                            "show traffic-policy interface input detail | json",
-                            "show traffic-policy interface input detail |json"}) {
-      auto const run = runTpcli(wordsOf(kFake + line));
-      ASSERT_EQ(run.exitCode, 0) << line << ": " << run.standardError;
-      auto const arguments = nlohmann::json::parse(run.standardOutput);
-      EXPECT_EQ(arguments.value("format", 0), 2) << line;
-      EXPECT_EQ(arguments.value("detail", false), true) << line;
-      EXPECT_EQ(arguments.value("filterInput", false), true) << line;
-   }
 }
 
 TEST(TpcliWithStateTest, AnInterruptStopsTheOutputWithOneHundredThirty) {

@@ -9,7 +9,6 @@
 
 #include "StateLoader/Loader.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
-#include "TrafficPolicyCli/ShowTrafficPolicyInterface.h"
 #include "support/CapturedOutput.h"
 
 namespace rendering_test {
@@ -29,50 +28,28 @@ StateLoader::DeviceState load(std::string const& state) {
    return std::move(loaded).value();
 }
 
-Kel::Ptr<TrafficPolicyCli::ShowTrafficPolicyBase> showObject(StateLoader::DeviceState const& s,
-                                                             ViewOptions const& options) {
-   if (options.variant == Variant::cpu) {
-      return Kel::make<TrafficPolicyCli::ShowTrafficPolicyCpu>(
-          s.config, s.cpu.status, s.cpu.counter, Kel::String(), options.leaveOutMatches, false,
-          options.detail, false, false, s.fieldSetConfig, s.hwStatus, s.cpu.counterTable,
-          s.vrfConfig, s.allVrfConfig, s.l3IntfStatusDir);
-   }
-   return Kel::make<TrafficPolicyCli::ShowTrafficPolicyInterface>(
-       s.config, s.interfaceInput.status, s.interfaceInput.counter, Kel::String(),
-       options.leaveOutMatches, false, options.detail, false, false, s.fieldSetConfig, s.hwStatus,
-       s.interfaceInput.counterTable, s.interfaceOutput.status, s.interfaceOutput.counter,
-       s.intfConfigInput, s.intfConfigOutput, s.intfParamStatus, s.interfaceOutput.counterTable,
-       options.filterInputPolicies, options.filterOutputPolicies);
-}
-
 }  // namespace
 
-CachedPolicy cachePolicyOf(std::string const& state, ViewOptions const& options) {
-   auto const device = load(state);
-   auto show = showObject(device, options);
+CachedPolicy cachePolicyOf(std::string const& state) {
+   auto const s = load(state);
+   auto show = Kel::make<TrafficPolicyCli::ShowTrafficPolicyCpu>(
+       s.config, s.cpu.status, s.cpu.counter, Kel::String(), false, false, true, false, false,
+       s.fieldSetConfig, s.hwStatus, s.cpu.counterTable, s.vrfConfig, s.allVrfConfig,
+       s.l3IntfStatusDir);
    show->cacheState();
    auto record = show->policyState("p");
    if (!record) {
       throw std::runtime_error("policy p was not cached");
    }
-   // The direction filters reach interface records when the interface view caches them.
-   if (auto const intfRecord =
-           Kel::dynamicPtrCast<TrafficPolicyCli::PolicyStateInterface>(record)) {
-      intfRecord->filterInputPoliciesIs(options.filterInputPolicies);
-      intfRecord->filterOutputPoliciesIs(options.filterOutputPolicies);
-   }
    return {show, record};
 }
 
-RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options,
-                            RecordChange const& change) {
-   auto const [show, record] = cachePolicyOf(state, options);
-   if (change) {
-      change(*record);
-   }
+RenderedRules renderRulesOf(std::string const& state, RecordChange const& change) {
+   auto const [show, record] = cachePolicyOf(state);
+   change(*record);
    // Structured bindings are named in init-captures: clang 14 cannot capture them.
    auto const renderIn = [&, &show = show, &record = record](vellum::OutputFormat_t format) {
-      auto const context = vellum::outputContext(format, options.revision);
+      auto const context = vellum::outputContext(format);
       return testing_support::render(context, [&](vellum::RendererV2& renderer) {
          renderer._startJsonList("rules");
          show->renderRules(&renderer, record, 4);
@@ -95,11 +72,8 @@ std::string ruleState(RuleSpec const& rule) {
       "trafficPolicies": {"p": {"namedCounters": ["c1"], "rules": {"r1": {"sequence": 10,)";
    state += R"( "match": {")" + std::string(rule.option) + R"(": )" + std::string(rule.match);
    state += R"(}, "actions": )" + std::string(rule.actions) + "}}}},";
-   state += R"( "status": {")";
-   state += rule.variant == Variant::cpu ? "cpu" : "interfaceInput";
-   state += R"(": {"byteCountersSupported": )";
-   state += rule.byteCountersSupported ? "true" : "false";
-   state += R"(, "policies": {"p": {"rules": {"r1": [")" + std::string(rule.option) + R"("]})";
+   state += R"( "status": {"cpu": {"policies": {"p": {"rules": {"r1": [")" +
+            std::string(rule.option) + R"("]})";
    if (!rule.policyStatus.empty()) {
       state += ", " + std::string(rule.policyStatus);
    }

@@ -1,5 +1,6 @@
-// Test support for the rule renderers: a state text in, the rules of policy "p" out, rendered by a
-// real show object after its caching phase, in text and in JSON (parsed by nlohmann).
+// Test support for the rule renderers: a state text in, the rules of policy "p" out, rendered in
+// detail by a real CPU show object after its caching phase, in text and in JSON (parsed by
+// nlohmann).
 #pragma once
 
 #include <cstdint>
@@ -11,17 +12,6 @@
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 
 namespace rendering_test {
-
-enum class Variant { cpu, interface };
-
-struct ViewOptions {
-   bool leaveOutMatches = false;
-   bool detail = true;
-   std::uint32_t revision = 2;
-   bool filterInputPolicies = false;
-   bool filterOutputPolicies = false;
-   Variant variant = Variant::cpu;
-};
 
 struct RenderedRules {
    std::string text;
@@ -35,16 +25,14 @@ struct CachedPolicy {
    Kel::Ptr<TrafficPolicyCli::PolicyState> record;
 };
 
-// Loads `state` (a refused state throws with the loader's reason) and caches it with the show
-// object of the options' variant, over the direction of that variant ("cpu" or "interfaceInput").
-CachedPolicy cachePolicyOf(std::string const& state, ViewOptions const& options);
+// Loads `state` (a refused state throws with the loader's reason) and caches it.
+CachedPolicy cachePolicyOf(std::string const& state);
 
 // Changes a cached record before it is rendered, to show what no loadable state can express.
 using RecordChange = std::function<void(TrafficPolicyCli::PolicyState&)>;
 
 // The rules of policy "p" of `state`, cached as cachePolicyOf does, rendered at indent 4.
-RenderedRules renderRulesOf(std::string const& state, ViewOptions const& options = {},
-                            RecordChange const& change = {});
+RenderedRules renderRulesOf(std::string const& state, RecordChange const& change);
 
 // One rule "r1" in policy "p", which declares the named counter "c1".
 struct RuleSpec {
@@ -53,8 +41,6 @@ struct RuleSpec {
    std::string_view actions = "{}";
    // More members of the policy's status, after its "rules" (for example "ruleCounters").
    std::string_view policyStatus = "";
-   bool byteCountersSupported = false;
-   Variant variant = Variant::cpu;
 };
 
 // The state of one rule, with the field sets every case shares: IPv4 "fs1" (3 prefixes, 1

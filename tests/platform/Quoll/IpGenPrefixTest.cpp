@@ -1,6 +1,7 @@
-// Prefix text both ways, masking at the edges (/0, a partial byte, the full width), the order that
-// prefix listings print in, and the containment and overlap tests behind field-set filters. The
-// IPv4-only Prefix is checked here too: it is a shell over IpGenPrefix and must agree with it.
+// Prefix text both ways at its edges (the rows of data/prefixes.txt), masking at the edges (/0, a
+// partial byte, the full width), text into a poisoned buffer, the order that prefix listings print
+// in, and the containment and overlap tests behind field-set filters. The IPv4-only Prefix is
+// checked here too: it is a shell over IpGenPrefix and must agree with it.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include "Kel/Value.h"
 #include "Quoll/IpGenPrefix.h"
 #include "Quoll/Prefix.h"
+#include "TextCases.h"
 
 namespace Quoll {
 namespace {
@@ -22,76 +24,8 @@ IpAddr addressOf(std::string_view text) {
    return text.empty() ? IpAddr() : *IpAddr::parse(text);
 }
 
-struct CanonicalCase {
-   std::string_view text;
-   std::string_view canonical;
-   std::uint8_t length;
-};
-
-constexpr CanonicalCase kCanonicalCases[] = {
-    {"10.0.0.0/8", "10.0.0.0/8", 8},
-    {"0.0.0.0/0", "0.0.0.0/0", 0},
-    {"10.128.0.0/9", "10.128.0.0/9", 9},
-    {"10.1.2.3/32", "10.1.2.3/32", 32},
-    {"10.1.2.3", "10.1.2.3/32", 32},
-    {"10.0.0.0/08", "10.0.0.0/8", 8},
-    {"::/0", "::/0", 0},
-    {"2001:DB8::/32", "2001:db8::/32", 32},
-    {"2001:db8:8000::/33", "2001:db8:8000::/33", 33},
-    {"::1", "::1/128", 128},
-    {"::ffff:10.0.0.0/104", "::ffff:10.0.0.0/104", 104},
-    {"ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128",
-     128},
-};
-
-TEST(IpGenPrefixParse, AcceptedTextGivesCanonicalTextThatReadsBack) {
-   for (auto const& row : kCanonicalCases) {
-      auto const parsed = IpGenPrefix::parse(row.text);
-      if (!parsed) {
-         ADD_FAILURE() << "\"" << row.text << "\" refused: " << parsed.reason();
-         continue;
-      }
-      EXPECT_EQ(parsed->stringValue(), row.canonical) << row.text;
-      EXPECT_EQ(parsed->length(), row.length) << row.text;
-      auto const reread = IpGenPrefix::parse(row.canonical);
-      EXPECT_TRUE(reread && *reread == *parsed) << row.text;
-   }
-}
-
-struct RefusedCase {
-   std::string_view text;
-   std::string_view reason;
-};
-
-constexpr RefusedCase kRefusedCases[] = {
-    {"", "empty prefix"},
-    {"/8", "missing address in \"/8\""},
-    {"10.0.0/8", "expected 4 octets, found 3"},
-    {"2001:db8:::/32", "empty group"},
-    {"10.0.0.0/", "missing prefix length in \"10.0.0.0/\""},
-    {"10.0.0.0/+8", "prefix length \"+8\" is not a number"},
-    {"10.0.0.0/ 8", "prefix length \" 8\" is not a number"},
-    {"10.0.0.0/8/9", "prefix length \"8/9\" is not a number"},
-    {"10.0.0.0/33", "prefix length 33 out of range (0-32) in \"10.0.0.0/33\""},
-    {"::/129", "prefix length 129 out of range (0-128)"},
-    {"10.0.0.0/99999999999999999999999", "out of range (0-32)"},
-    {"10.0.0.1/8", "host bits set in \"10.0.0.1/8\" (did you mean 10.0.0.0/8?)"},
-    {"10.0.0.0/0", "(did you mean 0.0.0.0/0?)"},
-    {"10.0.0.64/25", "(did you mean 10.0.0.0/25?)"},
-    {"2001:db8::1/32", "host bits set in \"2001:db8::1/32\" (did you mean 2001:db8::/32?)"},
-    {"2001:db8:c000::/33", "(did you mean 2001:db8:8000::/33?)"},
-};
-
-TEST(IpGenPrefixParse, RefusedTextNamesTheFault) {
-   for (auto const& row : kRefusedCases) {
-      auto const parsed = IpGenPrefix::parse(row.text);
-      if (parsed) {
-         ADD_FAILURE() << "\"" << row.text << "\" accepted as " << parsed->stringValue();
-         continue;
-      }
-      EXPECT_NE(parsed.reason().find(row.reason), std::string::npos)
-          << "\"" << row.text << "\" gave: " << parsed.reason();
-   }
+TEST(IpGenPrefixParse, TextCasesOfTheDataFile) {
+   expectTextCases<IpGenPrefix>("prefixes.txt");
 }
 
 struct MaskCase {
@@ -103,14 +37,10 @@ struct MaskCase {
 
 constexpr MaskCase kMaskCases[] = {
     {"10.1.2.3", 0, "0.0.0.0/0", "255.255.255.255"},
-    {"10.1.2.3", 8, "10.0.0.0/8", "10.255.255.255"},
     {"10.1.2.3", 31, "10.1.2.2/31", "10.1.2.3"},
-    {"10.1.2.3", 32, "10.1.2.3/32", "10.1.2.3"},
     {"10.1.2.3", 200, "10.1.2.3/32", "10.1.2.3"},
-    {"2001:db8::1", 0, "::/0", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff"},
     {"2001:db8:ffff::", 33, "2001:db8:8000::/33", "2001:db8:ffff:ffff:ffff:ffff:ffff:ffff"},
     {"2001:db8::1", 127, "2001:db8::/127", "2001:db8::1"},
-    {"2001:db8::1", 128, "2001:db8::1/128", "2001:db8::1"},
     {"", 8, "", ""},
 };
 
@@ -123,28 +53,28 @@ TEST(IpGenPrefixValue, ConstructionMasksHostBitsAtEveryWidth) {
    }
 }
 
+// Into a poisoned buffer: the longest texts, and not a byte more.
 TEST(IpGenPrefixFormat, WritesExactlyTheReturnedLength) {
-   std::string_view const longest = "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128";
-   char buffer[IpGenPrefix::kMaxTextLength + 8];
-   std::memset(buffer, '#', sizeof buffer);
-   auto const length = prefixOf(longest).format(buffer);
-   EXPECT_EQ(std::string_view(buffer, length), longest);
-   EXPECT_TRUE(std::all_of(buffer + length, std::end(buffer), [](char c) { return c == '#'; }));
+   auto const expectExact = [](std::string_view text, auto const& value) {
+      char buffer[IpGenPrefix::kMaxTextLength + 8];
+      std::memset(buffer, '#', sizeof buffer);
+      auto const length = value.format(buffer);
+      EXPECT_EQ(std::string_view(buffer, length), text);
+      EXPECT_TRUE(std::all_of(buffer + length, std::end(buffer), [](char c) { return c == '#'; }))
+          << text;
+   };
+   expectExact("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128",
+               prefixOf("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128"));
+   for (std::string_view text :
+        {"255.255.255.255", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", "::ffff:255.255.255.255"}) {
+      expectExact(text, addressOf(text));
+   }
 }
 
 // Null first, then by family, address and length.
-constexpr std::string_view kAscending[] = {"",
-                                           "0.0.0.0/0",
-                                           "10.0.0.0/8",
-                                           "10.0.0.0/16",
-                                           "10.1.0.0/16",
-                                           "10.1.0.0/24",
-                                           "255.255.255.255/32",
-                                           "::/0",
-                                           "::1/128",
-                                           "2001:db8::/32",
-                                           "2001:db8::/48",
-                                           "2001:db8:1::/48"};
+constexpr std::string_view kAscending[] = {
+    "",     "0.0.0.0/0",     "10.0.0.0/8",   "10.0.0.0/16", "10.1.0.0/16", "255.255.255.255/32",
+    "::/0", "2001:db8::/32", "2001:db8::/48"};
 
 TEST(IpGenPrefixOrder, SortsByFamilyAddressThenLength) {
    for (std::size_t i = 0; i < std::size(kAscending); ++i) {
@@ -165,15 +95,10 @@ struct RelationCase {
 constexpr RelationCase kRelationCases[] = {
     {"10.0.0.0/8", "10.1.0.0/16", true, false},
     {"10.0.0.0/8", "10.0.0.0/8", true, true},
-    {"10.0.0.0/8", "11.0.0.0/8", false, false},
     {"10.0.0.0/9", "10.128.0.0/9", false, false},
-    {"0.0.0.0/0", "255.255.255.255/32", true, false},
     {"0.0.0.0/0", "::/0", false, false},
-    {"::/0", "2001:db8::1/128", true, false},
     {"2001:db8::/31", "2001:db9::/32", true, false},
-    {"2001:db8::/32", "2001:db9::/32", false, false},
     {"::ffff:0.0.0.0/96", "0.0.0.0/0", false, false},
-    {"", "10.0.0.0/8", false, false},
     {"", "", false, false},
 };
 
@@ -191,51 +116,24 @@ TEST(IpGenPrefixRelations, ContainsAndOverlaps) {
    }
 }
 
-struct MemberCase {
-   std::string_view prefix;
-   std::string_view address;
-   bool contained;
-};
-
-constexpr MemberCase kMemberCases[] = {
-    {"10.0.0.0/8", "10.255.255.255", true},
-    {"10.0.0.0/8", "11.0.0.0", false},
-    {"0.0.0.0/0", "1.2.3.4", true},
-    {"0.0.0.0/0", "::1", false},
-    {"1.2.3.4/32", "1.2.3.4", true},
-    {"::/0", "::ffff:1.2.3.4", true},
-    {"2001:db8::/32", "2001:db8:ffff::1", true},
-    {"2001:db8::/127", "2001:db8::2", false},
-    {"", "0.0.0.0", false},
-};
-
-TEST(IpGenPrefixRelations, ContainsAddress) {
-   for (auto const& row : kMemberCases) {
-      EXPECT_EQ(prefixOf(row.prefix).contains(addressOf(row.address)), row.contained)
-          << row.prefix << " contains " << row.address;
-   }
+TEST(IpGenPrefixRelations, ContainsAddressOfItsFamilyOnly) {
+   EXPECT_FALSE(prefixOf("0.0.0.0/0").contains(addressOf("::1")));
+   EXPECT_TRUE(prefixOf("::/0").contains(addressOf("::ffff:1.2.3.4")));
+   EXPECT_FALSE(prefixOf("2001:db8::/127").contains(addressOf("2001:db8::2")));
+   EXPECT_FALSE(prefixOf("").contains(addressOf("0.0.0.0")));
 }
 
-TEST(Prefix, ReadsIpv4AndRefusesTheRest) {
-   auto const parsed = Prefix::parse("10.1.0.0/16");
-   ASSERT_TRUE(parsed) << parsed.reason();
-   EXPECT_EQ(parsed->address(), 0x0a010000u);
-   EXPECT_EQ(parsed->length(), 16);
-   EXPECT_EQ(parsed->stringValue(), "10.1.0.0/16");
-   EXPECT_EQ(parsed->genPrefix(), prefixOf("10.1.0.0/16"));
-
+TEST(Prefix, ReadsIpv4OnlyAndAgreesWithIpGenPrefix) {
+   EXPECT_EQ(Prefix::parse("10.1.0.0/16")->address(), 0x0a010000u);
    EXPECT_EQ(Prefix::parse("2001:db8::/32").reason(), "\"2001:db8::/32\" is not an IPv4 prefix");
    EXPECT_EQ(Prefix::parse("10.0.0.1/8").reason(), IpGenPrefix::parse("10.0.0.1/8").reason());
    EXPECT_FALSE(Prefix::fromGenPrefix(IpGenPrefix()));
-}
-
-TEST(Prefix, AgreesWithIpGenPrefix) {
-   EXPECT_EQ(Prefix(0x0a0102ff, 24).stringValue(), "10.1.2.0/24");
    EXPECT_EQ(Prefix(0xffffffff, 40).stringValue(), "255.255.255.255/32");
    EXPECT_EQ(Prefix().stringValue(), "0.0.0.0/0");
 
    constexpr std::string_view kIpv4[] = {"0.0.0.0/0", "10.0.0.0/8", "10.0.0.0/16", "10.1.0.0/16"};
    for (auto const left : kIpv4) {
+      EXPECT_EQ(Prefix::parse(left)->genPrefix(), prefixOf(left));
       for (auto const right : kIpv4) {
          auto const a = *Prefix::parse(left);
          auto const b = *Prefix::parse(right);

@@ -26,36 +26,17 @@ struct Case {
    std::string json;  // the whole document, including the raw "{" and "}\n" around it
 };
 
-void PrintTo(Case const& rendererCase, std::ostream* out) {
-   *out << rendererCase.name;
-}
-
 std::vector<Case> const kCases = {
     {"writeString overloads",
      [](RendererV2& r) {
-        r.writeString("plain ");
         r.writeString("lengthXXX", 6);
-        r.writeString(Kel::String(" kel"));
-        r.writeString(std::string(" std "));
         r.writeString(static_cast<unsigned char>(7));
-        r.writeString(" ");
-        r.writeString(4294967295u);
         r.writeString(" ");
         r.writeString(std::numeric_limits<unsigned long>::max());
         r.writeString(" ");
-        r.writeString(prefix("10.1.0.0/16"));
-        r.writeString(" ");
         r.writeString(prefix("2001:db8::/32"));
      },
-     "plain length kel std 7 4294967295 18446744073709551615 10.1.0.0/16 2001:db8::/32", "{}\n"},
-    {"padded text",
-     [](RendererV2& r) {
-        r.writeString(Strix::JustifyLeft<char const*>("", 3, ' '));
-        r.writeString(Strix::JustifyLeft<char const*>("ab", 5, '.'));
-        r.writeString(Strix::JustifyLeft<char const*>("toolong", 3, '-'));
-        r.writeString(Strix::JustifyLeft<char const*>("x", 0, ' '));
-     },
-     "   ab...toolongx", "{}\n"},
+     "length7 18446744073709551615 2001:db8::/32", "{}\n"},
     {"end of line, labels and frills",
      [](RendererV2& r) {
         r._addText("Name: ", Kel::String("p1"));
@@ -70,21 +51,14 @@ std::vector<Case> const kCases = {
      "Name: p1, Kind: drop [Count: 42]\n\n", "{}\n"},
     {"key/value pairs of every type",
      [](RendererV2& r) {
-        r._addJsonKeyValuePair("cstr", "a");
-        r._addJsonKeyValuePair("kel", Kel::String("b"));
-        r._addJsonKeyValuePair("std", std::string("c"));
         r._addJsonKeyValuePair("view", std::string_view("d"));
         r._addJsonKeyValuePair("uchar", static_cast<unsigned char>(255));
-        r._addJsonKeyValuePair("uint", 0u);
         r._addJsonKeyValuePair("ulong", std::numeric_limits<unsigned long>::max());
-        r._addJsonKeyValuePair("yes", true);
         r._addJsonKeyValuePair("no", false);
         r._addJsonKeyValuePair("v4", prefix("0.0.0.0/0"));
-        r._addJsonKeyValuePair("v6", prefix("::1/128"));
      },
      "",
-     R"({"cstr":"a","kel":"b","std":"c","view":"d","uchar":255,"uint":0,)"
-     R"("ulong":18446744073709551615,"yes":true,"no":false,"v4":"0.0.0.0/0","v6":"::1/128"})"
+     R"({"view":"d","uchar":255,"ulong":18446744073709551615,"no":false,"v4":"0.0.0.0/0"})"
      "\n"},
     {"nesting and the comma rule",
      [](RendererV2& r) {
@@ -148,33 +122,13 @@ std::vector<Case> const kCases = {
      "\n"},
 };
 
-class RendererContract : public testing::TestWithParam<Case> {};
-
-TEST_P(RendererContract, TextOutput) {
-   EXPECT_EQ(render(OutputFormat_t::text, GetParam().calls), GetParam().text);
-}
-
-TEST_P(RendererContract, JsonOutputIsExactAndParses) {
-   auto const document = render(OutputFormat_t::json, GetParam().calls);
-   EXPECT_EQ(document, GetParam().json);
-   parseJson(document);
-}
-
-INSTANTIATE_TEST_SUITE_P(AllOperations, RendererContract, testing::ValuesIn(kCases),
-                         [](auto const& testInfo) {
-                            std::string name = testInfo.param.name;
-                            std::erase_if(name, [](char c) { return !std::isalnum(c); });
-                            return name;
-                         });
-
-TEST(RendererEscaping, ParsedStringsEqualTheirSource) {
-   std::string const texts[] = {"plain",           "with \"quotes\"", "back\\slash",
-                                "tab\tnew\nline",  "\x01\x02\x1f",    "caf\xc3\xa9",
-                                "\xf0\x9f\x98\x80"};
-   for (auto const& text : texts) {
-      auto const document =
-          render(OutputFormat_t::json, [&](RendererV2& r) { r._addJsonKeyValuePair(text, text); });
-      EXPECT_EQ(parseJson(document).at(text), text) << document;
+TEST(RendererContract, EveryOperationInBothFormats) {
+   for (auto const& contractCase : kCases) {
+      SCOPED_TRACE(contractCase.name);
+      EXPECT_EQ(render(OutputFormat_t::text, contractCase.calls), contractCase.text);
+      auto const document = render(OutputFormat_t::json, contractCase.calls);
+      EXPECT_EQ(document, contractCase.json);
+      parseJson(document);
    }
 }
 
@@ -206,21 +160,6 @@ TEST(RendererEscaping, LongStringsCrossingTheBufferAreIntact) {
    auto const document =
        render(OutputFormat_t::json, [&](RendererV2& r) { r._addJsonKeyValuePair("long", text); });
    EXPECT_EQ(parseJson(document).at("long"), text);
-}
-
-TEST(RendererV2Construction, RefusesUnbufferedWriting) {
-   auto const previous = Kel::assertHandlerIs(&Kel::throwingAssertHandler);
-   testing_support::MemoryFile file;
-   vellum::VellumBuffer buffer(file.fd(), 4096, 1);
-   try {
-      RendererV2 renderer(OutputFormat_t::text, &buffer, false);
-      ADD_FAILURE() << "constructed unbuffered";
-   } catch (Kel::AssertionError const& error) {
-      EXPECT_EQ(error.expression(),
-                "buffered && \"This class doesn't support unbuffered writing\"");
-      EXPECT_EQ(error.function(), "RendererV2");
-   }
-   Kel::assertHandlerIs(previous);
 }
 
 // Debug builds follow the JSON nesting and stop at the call that breaks it; an interrupted

@@ -1,11 +1,9 @@
 // A stand-in for the show library in the front-end tests. It exports the factories under their
-// real names, and its show objects write back the arguments they were given, with the render
-// format and revision, as one JSON line; in text format $TPCLI_FAKE_LINES filler lines follow,
-// for tests that need plenty of output. Handles are written as their addresses, so a test can tell
-// which entity went into which argument, and snapshot stores by their content. A name
-// "broken-invariant" fails an assertion. Its snapshot helpers (made by the real library's factory
-// code) mark the store they are given with one rule snapshot ("fake-ledger" or "fake-pylon") that
-// names their source and flag.
+// real names, and its show objects write back what a test needs to see of their arguments (the
+// factory, the policy name and the counter snapshots they were handed) as one JSON line; in text
+// format $TPCLI_FAKE_LINES filler lines follow, for tests that need plenty of output. A name
+// "broken-invariant" fails an assertion. Clears in the tests use the real library, so the snapshot
+// helpers here do nothing.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -24,11 +22,6 @@ namespace {
 
 using nlohmann::json;
 
-template <typename T>
-std::uint64_t address(Handle<T> handle) {
-   return reinterpret_cast<std::uintptr_t>(handle.get());
-}
-
 class ArgumentEcho final : public ShowCommand {
  public:
    explicit ArgumentEcho(json arguments) : arguments_(std::move(arguments)) {}
@@ -38,10 +31,8 @@ class ArgumentEcho final : public ShowCommand {
       return info;
    }
 
-   void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t revision) override {
+   void render(std::uint32_t fd, std::uint32_t fmt, std::uint32_t) override {
       KEL_ASSERT(arguments_.at("name") != "broken-invariant");
-      arguments_["format"] = fmt;
-      arguments_["revision"] = revision;
       try {
          write(static_cast<int>(fd),
                fmt == static_cast<std::uint32_t>(vellum::OutputFormat_t::text));
@@ -86,90 +77,44 @@ json snapshotsOf(Handle<TrafficPolicy::Counter> counter) {
 json baseArguments(std::string factory, TRAFFIC_POLICY_CLI_BASE_ARGUMENTS) {
    return {{"factory", factory},
            {"name", policyName.stringValue()},
-           {"config", address(config)},
-           {"status", address(status)},
-           {"counter", address(counter)},
-           {"snapshots", snapshotsOf(counter)},
-           {"summary", summary},
-           {"errors", errors},
-           {"detail", detail},
-           {"counters", counters},
-           {"fifthFlag", fifthFlag},
-           {"fieldSetConfig", address(fieldSetConfig)},
-           {"hwStatus", address(trafficPolicyHwStatus)},
-           {"counterTable", address(counterTable)}};
+           {"snapshots", snapshotsOf(counter)}};
 }
 
-json rangeArguments(std::string factory, Handle<Classification::FieldSetConfig> fieldSetConfig,
-                    Kel::String const& fieldSetName, bool filter,
-                    Classification::NumericalRange const& range) {
-   return {{"factory", factory},
-           {"name", fieldSetName.stringValue()},
-           {"fieldSetConfig", address(fieldSetConfig)},
-           {"filter", filter},
-           {"low", range.low},
-           {"high", range.high}};
+Kel::Ptr<ShowCommand> fieldSetEcho(char const* factory, Kel::String const& fieldSetName) {
+   return echo({{"factory", factory}, {"name", fieldSetName.stringValue()}});
 }
 
 }  // namespace
 
-Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(
-    TRAFFIC_POLICY_CLI_BASE_ARGUMENTS, Handle<TrafficPolicy::Status> statusOutput,
-    Handle<TrafficPolicy::Counter> counterOutput, Handle<PolicyMap::IntfConfig> intfConfigInput,
-    Handle<PolicyMap::IntfConfig> intfConfigOutput,
-    Handle<TrafficPolicy::TrafficPolicyIntfParamStatus> policyParamStatus,
-    Handle<PolicyMap::Counters::PolicyMapTypeCounters> counterStatusOutput,
-    bool filterInputPolicies, bool filterOutputPolicies) {
-   auto arguments =
-       baseArguments("interface", config, status, counter, policyName, summary, errors, detail,
-                     counters, fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable);
-   arguments.update(json{{"statusOutput", address(statusOutput)},
-                         {"counterOutput", address(counterOutput)},
-                         {"snapshotsOutput", snapshotsOf(counterOutput)},
-                         {"intfConfigInput", address(intfConfigInput)},
-                         {"intfConfigOutput", address(intfConfigOutput)},
-                         {"intfParamStatus", address(policyParamStatus)},
-                         {"counterStatusOutput", address(counterStatusOutput)},
-                         {"filterInput", filterInputPolicies},
-                         {"filterOutput", filterOutputPolicies}});
+Kel::Ptr<ShowCommand> showTrafficPolicyInterfaceFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
+                                                        TRAFFIC_POLICY_CLI_INTERFACE_ARGUMENTS) {
+   auto arguments = baseArguments("interface", TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES);
+   arguments["snapshotsOutput"] = snapshotsOf(counterOutput);
    return echo(std::move(arguments));
 }
 
 Kel::Ptr<ShowCommand> showTrafficPolicyCpuFactory(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS,
-                                                  Handle<PolicyMap::VrfConfig> vrfConfig,
-                                                  Handle<Ip::AllVrfConfig> allVrfConfig,
-                                                  Handle<L3::Intf::StatusDir> l3IntfStatusDir) {
-   auto arguments =
-       baseArguments("cpu", config, status, counter, policyName, summary, errors, detail, counters,
-                     fifthFlag, fieldSetConfig, trafficPolicyHwStatus, counterTable);
-   arguments.update(json{{"vrfConfig", address(vrfConfig)},
-                         {"allVrfConfig", address(allVrfConfig)},
-                         {"l3IntfStatusDir", address(l3IntfStatusDir)}});
-   return echo(std::move(arguments));
+                                                  TRAFFIC_POLICY_CLI_CPU_ARGUMENTS) {
+   return echo(baseArguments("cpu", TRAFFIC_POLICY_CLI_BASE_ARGUMENT_NAMES));
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(
-    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
-    bool ipv4, bool filterPrefix, Quoll::IpGenPrefix const& prefix, bool exact) {
-   return echo({{"factory", "prefixFieldSet"},
-                {"name", fieldSetName.stringValue()},
-                {"fieldSetConfig", address(fieldSetConfig)},
-                {"ipv4", ipv4},
-                {"filter", filterPrefix},
-                {"prefix", prefix.stringValue()},
-                {"exact", exact}});
+Kel::Ptr<ShowCommand> showTrafficPolicyPrefixFieldSetFactory(Handle<Classification::FieldSetConfig>,
+                                                             Kel::String const& fieldSetName, bool,
+                                                             bool, Quoll::IpGenPrefix const&,
+                                                             bool) {
+   return fieldSetEcho("prefixFieldSet", fieldSetName);
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyL4PortFieldSetFactory(
-    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
-    bool filterPorts, Classification::PortRange const& ports) {
-   return echo(rangeArguments("l4PortFieldSet", fieldSetConfig, fieldSetName, filterPorts, ports));
+Kel::Ptr<ShowCommand> showTrafficPolicyL4PortFieldSetFactory(Handle<Classification::FieldSetConfig>,
+                                                             Kel::String const& fieldSetName, bool,
+                                                             Classification::PortRange const&) {
+   return fieldSetEcho("l4PortFieldSet", fieldSetName);
 }
 
-Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFactory(
-    Handle<Classification::FieldSetConfig> fieldSetConfig, Kel::String const& fieldSetName,
-    bool filterVlans, Classification::VlanRange const& vlans) {
-   return echo(rangeArguments("vlanFieldSet", fieldSetConfig, fieldSetName, filterVlans, vlans));
+Kel::Ptr<ShowCommand> showTrafficPolicyVlanFieldSetFactory(Handle<Classification::FieldSetConfig>,
+                                                           Kel::String const& fieldSetName, bool,
+                                                           Classification::VlanRange const&) {
+   return fieldSetEcho("vlanFieldSet", fieldSetName);
 }
 
 Kel::TypeInfo const& TrafficPolicyLedgerCounterSnapshotHelper::fwkType() const {
@@ -177,18 +122,13 @@ Kel::TypeInfo const& TrafficPolicyLedgerCounterSnapshotHelper::fwkType() const {
    return info;
 }
 
-void TrafficPolicyLedgerCounterSnapshotHelper::clearCounter() {
-   counter_->snapshotIs({"fake-ledger", std::to_string(address(typeStatus()))}, {});
-}
+void TrafficPolicyLedgerCounterSnapshotHelper::clearCounter() {}
 
 Kel::TypeInfo const& TrafficPolicyPylonCounterSnapshotHelper::fwkType() const {
    static Kel::TypeInfo const info("FakePylonSnapshotHelper", nullptr, {});
    return info;
 }
 
-void TrafficPolicyPylonCounterSnapshotHelper::clearCounter() {
-   counter_->snapshotIs({"fake-pylon", std::to_string(address(typeCounters()))},
-                        {perInterface_ ? 1U : 0U, 0});
-}
+void TrafficPolicyPylonCounterSnapshotHelper::clearCounter() {}
 
 }  // namespace TrafficPolicyCli

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 
@@ -121,6 +122,15 @@ TpcliRun runTpcli(std::vector<std::string> const& arguments, TpcliSetup const& s
    run.standardOutput = output.contents();
    run.standardError = error.contents();
    return run;
+}
+
+std::vector<std::string> preloading(char const* shim, std::vector<std::string> settings) {
+   // A sanitizer runtime wants to be loaded first; the shim comes before it here, harmlessly.
+   auto const* asanOptions = std::getenv("ASAN_OPTIONS");
+   settings.push_back(std::string("ASAN_OPTIONS=") + (asanOptions ? asanOptions : "") +
+                      ":verify_asan_link_order=0");
+   settings.push_back(std::string("LD_PRELOAD=") + shim);
+   return settings;
 }
 
 std::vector<std::string> linesOf(std::string const& text) {

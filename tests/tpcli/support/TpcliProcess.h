@@ -26,6 +26,9 @@ struct TpcliRun {
 
 TpcliRun runTpcli(std::vector<std::string> const& arguments, TpcliSetup const& setup = {});
 
+// The environment that preloads `shim` into tpcli, with the shim's own settings.
+std::vector<std::string> preloading(char const* shim, std::vector<std::string> settings);
+
 // For tests that act on the running process: standard output is setup.standardOutput, standard
 // error is inherited.
 pid_t startTpcli(std::vector<std::string> const& arguments, TpcliSetup const& setup);
