@@ -5,14 +5,14 @@
 
 #include "StateLoader/Loader.h"
 #include "StateLoader/Snapshots.h"
-#include "support/MemoryFile.h"
+#include "tpcli/MemoryFile.h"
 
 namespace {
 
 // Snapshots fill the stores of a state; a fresh empty one per input, so that none carries over.
 struct EmptyStateFile {
    EmptyStateFile() { file.write("{}"); }
-   fuzz::MemoryFile file;
+   tpcli::MemoryFile file;
 };
 
 StateLoader::DeviceState emptyState() {
@@ -23,7 +23,7 @@ StateLoader::DeviceState emptyState() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-   static fuzz::MemoryFile const input;
+   static tpcli::MemoryFile const input;
    input.write(data, size);
    (void)StateLoader::loadState(input.path());
    auto state = emptyState();

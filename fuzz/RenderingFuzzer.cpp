@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "StateLoader/Loader.h"
-#include "support/MemoryFile.h"
+#include "tpcli/MemoryFile.h"
 #include "support/OutputChecks.h"
 #include "support/StateBuilder.h"
 #include "tpcli/CommandRunner.h"
@@ -91,7 +91,7 @@ std::vector<Command> commandsFor(fuzz::BuiltState const& state, FuzzedDataProvid
 }
 
 void renderAndCheck(StateLoader::DeviceState const& state, Command const& command) {
-   static fuzz::MemoryFile const output;
+   static tpcli::MemoryFile const output;
    for (std::uint32_t const revision : {1u, 2u}) {
       for (auto const format : {vellum::OutputFormat_t::text, vellum::OutputFormat_t::json}) {
          output.write(nullptr, 0);
@@ -111,7 +111,7 @@ void renderAndCheck(StateLoader::DeviceState const& state, Command const& comman
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-   static fuzz::MemoryFile const input;
+   static tpcli::MemoryFile const input;
    FuzzedDataProvider bytes(data, size);
    auto const choice = bytes.ConsumeIntegral<std::uint8_t>();
    auto const built = fuzz::buildState(bytes);

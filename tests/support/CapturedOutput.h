@@ -7,13 +7,13 @@
 #include <string>
 #include <string_view>
 
-#include "support/MemoryFile.h"
+#include "tpcli/MemoryFile.h"
 #include "vellum/Renderer.h"
 
 namespace testing_support {
 
 // An anonymous in-memory file; what is written to fd() can be read back with contents().
-using fuzz::MemoryFile;
+using tpcli::MemoryFile;
 
 // Renders with a buffered RendererV2 in `context` and returns the output. In JSON the calls are
 // wrapped in the raw "{" and "}\n" that every command writes around its document.

@@ -2,17 +2,16 @@
 // descriptor, here an anonymous in-memory file that is read back once the text is complete.
 #include "tpcli/MetricsPage.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
+#include <system_error>
 #include <utility>
 
 #include "StateLoader/Loader.h"
 #include "Strix/Printable.h"
 #include "tpcli/ExitCode.h"
+#include "tpcli/MemoryFile.h"
 #include "tpcli/MetricsWriter.h"
 
 namespace tpcli {
@@ -20,40 +19,6 @@ namespace tpcli {
 namespace {
 
 constexpr std::size_t kBufferSize = 1 << 16;
-
-class MemoryFile {
- public:
-   MemoryFile() : fd_(::memfd_create("tpcli-metrics", MFD_CLOEXEC)) {
-      if (fd_ < 0) {
-         throw CommandError(ExitCode::failed, std::string("cannot make room for the metrics: ") +
-                                                  std::strerror(errno));
-      }
-   }
-   ~MemoryFile() { ::close(fd_); }
-   MemoryFile(MemoryFile const&) = delete;
-   MemoryFile& operator=(MemoryFile const&) = delete;
-
-   int fd() const noexcept { return fd_; }
-
-   std::string contents() const {
-      std::string text(static_cast<std::size_t>(::lseek(fd_, 0, SEEK_END)), '\0');
-      std::size_t done = 0;
-      while (done < text.size()) {
-         auto const got =
-             ::pread(fd_, text.data() + done, text.size() - done, static_cast<off_t>(done));
-         if (got > 0) {
-            done += static_cast<std::size_t>(got);
-         } else if (got == 0 || errno != EINTR) {
-            throw CommandError(ExitCode::failed, std::string("cannot read the metrics back: ") +
-                                                     std::strerror(got == 0 ? EIO : errno));
-         }
-      }
-      return text;
-   }
-
- private:
-   int fd_;
-};
 
 void logRefusal(std::string_view reason) {
    std::string line = "tpcli: kept the last good state; ";
@@ -65,12 +30,17 @@ void logRefusal(std::string_view reason) {
 }  // namespace
 
 std::string renderedMetrics(StateLoader::DeviceState const& state) {
-   MemoryFile file;
-   {
-      vellum::VellumBuffer buffer(file.fd(), kBufferSize, 1);
-      writeMetrics(state, buffer);
+   try {
+      MemoryFile file;
+      {
+         vellum::VellumBuffer buffer(file.fd(), kBufferSize, 1);
+         writeMetrics(state, buffer);
+      }
+      return file.contents();
+   } catch (std::system_error const& error) {
+      throw CommandError(ExitCode::failed,
+                         std::string("cannot hold the metrics in memory: ") + error.what());
    }
-   return file.contents();
 }
 
 bool MetricsPage::FileIdentity::operator==(FileIdentity const& other) const noexcept {

@@ -1,4 +1,4 @@
-#include "support/MemoryFile.h"
+#include "tpcli/MemoryFile.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <system_error>
 
-namespace fuzz {
+namespace tpcli {
 
 namespace {
 
@@ -16,7 +16,7 @@ namespace {
 
 }  // namespace
 
-MemoryFile::MemoryFile() : fd_(::memfd_create("fuzz", MFD_CLOEXEC)) {
+MemoryFile::MemoryFile() : fd_(::memfd_create("tpcli", MFD_CLOEXEC)) {
    if (fd_ < 0) {
       failSystem("memfd_create");
    }
@@ -52,4 +52,4 @@ std::string MemoryFile::contents() const {
    return text;
 }
 
-}  // namespace fuzz
+}  // namespace tpcli

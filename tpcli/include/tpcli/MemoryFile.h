@@ -1,13 +1,14 @@
-// An anonymous file in memory. The loader reads files by path, so a fuzz input reaches it as this
-// file, named by its /proc/self/fd path (a file on disk would cost a journal flush per input); the
-// commands write their output to it by descriptor.
+// An anonymous file in memory. Renderers write by descriptor, so text wanted in memory (a metrics
+// page, a test's or a fuzz target's capture) is written here and read back; the loader reads by
+// path, so an input held in memory reaches it by the /proc/self/fd path, with no journal flush
+// per input as a file on disk would cost. Failures throw std::system_error.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
-namespace fuzz {
+namespace tpcli {
 
 class MemoryFile {
  public:
@@ -30,4 +31,4 @@ class MemoryFile {
    std::string path_;
 };
 
-}  // namespace fuzz
+}  // namespace tpcli
