@@ -18,6 +18,7 @@
 #include "tpcli/Session.h"
 #include "tpcli/Shell.h"
 #include "tpcli/StandardOutput.h"
+#include "tpcli/WordCompletion.h"
 #include "vellum/SigIntException.h"
 
 namespace tpcli {
@@ -69,6 +70,10 @@ ExitCode runInvocation(std::vector<std::string> arguments) {
    auto const& options = invocation.options;
    if (options.traceLevel) {
       Kel::traceSpecIs(std::to_string(*options.traceLevel));
+   }
+   if (options.complete) {
+      writeStandardOutput(wordCompletions(options));
+      return ExitCode::done;
    }
    if (wantsShell(options)) {
       return runShell(options);

@@ -231,12 +231,12 @@ bool parseFilter(WordReader& reader) {
 
 // The place where the words run out. While the command itself is being typed, a place where it
 // may end also takes the output filter.
-Place placeAfter(std::vector<std::string> const& words) {
+Place placeAfter(std::vector<std::string> const& words, CommandSet set) {
    auto const [command, filter] = splitFilter(words);
    Place place;
    try {
       WordReader reader(command, filter.empty() ? &place : nullptr);
-      parseRequest(reader, CommandSet::shell);
+      parseRequest(reader, set);
       reader.end();
       WordReader filterReader(filter, &place);
       parseFilter(filterReader);
@@ -287,10 +287,11 @@ Kel::Expected<ParsedCommand> parseCommand(std::vector<std::string> const& words,
 }
 
 Kel::Expected<std::vector<Choice>> choicesAt(std::vector<std::string> const& words,
-                                             std::string_view partial, NameLister const& names) {
+                                             std::string_view partial, NameLister const& names,
+                                             CommandSet set) {
    Place place;
    try {
-      place = placeAfter(words);
+      place = placeAfter(words, set);
    } catch (UsageError const& error) {
       return Kel::Failure{error.what()};
    }

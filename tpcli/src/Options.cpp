@@ -75,6 +75,10 @@ void describeOptions(CLI::App& app, Options& options) {
    app.add_option("--library", options.libraryPath,
                   "The show library (default: $TPCLI_LIBRARY, then beside tpcli)")
        ->type_name("PATH");
+   // For the bash completion script, which passes the words up to the cursor.
+   app.add_flag("--complete", options.complete,
+                "Print the words that may complete the command's last word")
+       ->group("");
    app.add_option("COMMAND", options.commandWords, "The command's words")->type_name("WORD");
    for (auto* option : app.get_options()) {
       option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);

@@ -43,11 +43,12 @@ struct Choice {
 // The loaded state's names of a kind that start with `prefix`, in order.
 using NameLister = std::function<std::vector<std::string>(NameKind, std::string_view prefix)>;
 
-// What may stand in a shell line where a word starting with `partial` is being typed after
+// What may stand in a command line where a word starting with `partial` is being typed after
 // `words`: keywords in alphabetical order, then the state's names in theirs (or the value's
 // placeholder when none fits), then "<cr>" where the command may end. A mistake in the words
 // before fails with the message parsing gives.
 Kel::Expected<std::vector<Choice>> choicesAt(std::vector<std::string> const& words,
-                                             std::string_view partial, NameLister const& names);
+                                             std::string_view partial, NameLister const& names,
+                                             CommandSet set = CommandSet::shell);
 
 }  // namespace tpcli

@@ -18,7 +18,8 @@ struct Options {
    std::uint32_t revision = 2;
    std::optional<int> traceLevel;
    bool noPager = false;
-   bool records = false;  // print the cached records instead of the command's output
+   bool records = false;   // print the cached records instead of the command's output
+   bool complete = false;  // print the completions of the command's last word, for bash
    std::vector<std::string> commandWords;
    friend bool operator==(Options const&, Options const&) = default;
 };
