@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
@@ -101,7 +102,8 @@ int Terminal::waitForExit() const {
    std::string status;
    bool const ended = pollUntil([&] {
       status = tmux("display-message -p '#{pane_dead} #{pane_dead_status}'");
-      return status.starts_with("1 ");
+      // The exit status shows a moment after the pane is marked dead.
+      return status.starts_with("1 ") && status.size() > 2 && std::isdigit(status[2]) != 0;
    });
    return ended ? std::stoi(status.substr(2)) : -1;
 }
