@@ -30,9 +30,10 @@ LineEditor::LineEditor(std::string prompt, Assist assist)
    // Ctrl-C reaches the editor as a key while typing, so that it drops the line rather than
    // interrupting the process.
    el_set(editLine_, EL_SETTY, "-d", "-isig", nullptr);
-   el_set(editLine_, EL_ADDFN, "tpcli-help", "List what may come next", &LineEditor::onHelp);
-   el_set(editLine_, EL_ADDFN, "tpcli-complete", "Complete the word", &LineEditor::onComplete);
-   el_set(editLine_, EL_ADDFN, "tpcli-cancel", "Drop the line", &LineEditor::onCancel);
+   // The wide form keeps these strings as given; the narrow one copies them and never frees them.
+   el_wset(editLine_, EL_ADDFN, L"tpcli-help", L"List what may come next", &LineEditor::onHelp);
+   el_wset(editLine_, EL_ADDFN, L"tpcli-complete", L"Complete the word", &LineEditor::onComplete);
+   el_wset(editLine_, EL_ADDFN, L"tpcli-cancel", L"Drop the line", &LineEditor::onCancel);
    el_set(editLine_, EL_BIND, "?", "tpcli-help", nullptr);
    el_set(editLine_, EL_BIND, "^I", "tpcli-complete", nullptr);
    el_set(editLine_, EL_BIND, "^C", "tpcli-cancel", nullptr);

@@ -4,10 +4,10 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>
+#include <string_view>
 #include <thread>
 
 namespace tpcli_test {
@@ -17,6 +17,9 @@ namespace {
 // Generous: the sanitizer build on a busy machine loads and renders many times slower.
 constexpr std::chrono::seconds kPatience{60};
 constexpr std::chrono::milliseconds kPoll{50};
+// Written by the pane's shell after the command, with its exit code: tmux itself may see the
+// terminal close before the command's end and then not know its code.
+constexpr std::string_view kExited = "[exited ";
 
 std::string output(std::string const& command) {
    auto* pipe = ::popen(command.c_str(), "r");
@@ -57,11 +60,13 @@ std::string shellQuoted(std::string const& text) {
 Terminal::Terminal(std::string const& command, std::string const& home) {
    static std::atomic<int> count{0};
    socket_ = "tpcli-test-" + std::to_string(::getpid()) + "-" + std::to_string(count++);
-   // The pane stays after its command ends, so that its last screen and exit code can be read.
+   // The pane stays after its command ends, so that its last screen can be read. Its shell
+   // outlives an interrupt of the command (the trap), to report how the command ended.
    auto const configuration = home + "/tmux.conf";
    std::ofstream(configuration) << "set -g remain-on-exit on\nset -g history-limit 5000\n";
    tmux("-f " + shellQuoted(configuration) + " new-session -d -x 200 -y 50 " +
-        shellQuoted("exec env HOME=" + shellQuoted(home) + " " + command));
+        shellQuoted("trap : INT; env HOME=" + shellQuoted(home) + " " + command + "; echo \"" +
+                    std::string(kExited) + "$?]\""));
 }
 
 Terminal::~Terminal() {
@@ -73,6 +78,9 @@ std::string Terminal::tmux(std::string const& arguments) const {
 }
 
 void Terminal::send(std::vector<std::string> const& keys) const {
+   if (keys.empty()) {
+      return;
+   }
    std::string arguments = "send-keys";
    for (auto const& key : keys) {
       arguments += " " + shellQuoted(key);
@@ -94,18 +102,24 @@ std::string Terminal::screen() const {
    return text;
 }
 
-bool Terminal::waitFor(std::string const& text) const {
-   return pollUntil([&] { return screen().find(text) != std::string::npos; });
+bool Terminal::waitFor(std::string const& text, Place place) const {
+   return pollUntil([&] {
+      auto shown = screen();
+      if (place == anywhere) {
+         return shown.find(text) != std::string::npos;
+      }
+      shown.erase(shown.find_last_not_of('\n') + 1);
+      return shown.ends_with(text);
+   });
 }
 
 int Terminal::waitForExit() const {
-   std::string status;
+   std::string shown;
    bool const ended = pollUntil([&] {
-      status = tmux("display-message -p '#{pane_dead} #{pane_dead_status}'");
-      // The exit status shows a moment after the pane is marked dead.
-      return status.starts_with("1 ") && status.size() > 2 && std::isdigit(status[2]) != 0;
+      shown = screen();
+      return shown.find(kExited) != std::string::npos;
    });
-   return ended ? std::stoi(status.substr(2)) : -1;
+   return ended ? std::stoi(shown.substr(shown.find(kExited) + kExited.size())) : -1;
 }
 
 }  // namespace tpcli_test

@@ -22,8 +22,10 @@ class Terminal {
    void send(std::vector<std::string> const& keys) const;
    // The screen with its scrollback: wrapped lines joined, blanks at line ends dropped.
    std::string screen() const;
-   // Whether `text` appears on the screen before the deadline.
-   bool waitFor(std::string const& text) const;
+   // Whether `text` appears on the screen (or ends it, blank lines below left aside) before the
+   // deadline.
+   enum Place { anywhere, atEnd };
+   bool waitFor(std::string const& text, Place place = atEnd) const;
    // The command's exit code once it has ended, or -1 at the deadline.
    int waitForExit() const;
 
