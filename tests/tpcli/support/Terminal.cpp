@@ -5,6 +5,8 @@
 
 #include <atomic>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
@@ -71,6 +73,12 @@ Terminal::Terminal(std::string const& command, std::string const& home) {
 
 Terminal::~Terminal() {
    tmux("kill-server");
+   // A killed server may leave its socket behind, in tmux's folder of this user.
+   auto const* folder = std::getenv("TMUX_TMPDIR");
+   std::error_code ignored;
+   std::filesystem::remove(std::filesystem::path(folder && *folder ? folder : "/tmp") /
+                               ("tmux-" + std::to_string(::getuid())) / socket_,
+                           ignored);
 }
 
 std::string Terminal::tmux(std::string const& arguments) const {
