@@ -1,7 +1,6 @@
 # What the Debian package holds beyond each folder's own install rules, and the package itself
-# (CPack; scripts/package builds it): the show library's headers beside the platform's, a
-# pkg-config file for the platform library, tpcli's man page and shell completion where the
-# sources have them.
+# (CPack; scripts/package builds it): the show library's headers beside the platform's and a
+# pkg-config file for the platform library. tpcli's man page and completion come with tpcli.
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/TrafficPolicy/include/
    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/TrafficPolicyShow)
@@ -13,18 +12,6 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/trafficpolicyshow-platform.pc.in
    ${PROJECT_BINARY_DIR}/trafficpolicyshow-platform.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/trafficpolicyshow-platform.pc
    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-
-file(GLOB tp_man_pages ${PROJECT_SOURCE_DIR}/tpcli/*.1 ${PROJECT_SOURCE_DIR}/tpcli/man/*.1
-   ${PROJECT_SOURCE_DIR}/docs/*.1)
-if(tp_man_pages)
-   install(FILES ${tp_man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-endif()
-file(GLOB tp_completions ${PROJECT_SOURCE_DIR}/tpcli/completion/* ${PROJECT_SOURCE_DIR}/tpcli/*.bash
-   ${PROJECT_SOURCE_DIR}/tpcli/*.bash-completion)
-foreach(completion ${tp_completions})
-   install(FILES ${completion} DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-      RENAME tpcli)
-endforeach()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME traffic-policy-show)

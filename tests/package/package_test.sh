@@ -31,7 +31,7 @@ usr="$work/root/usr"
 for file in bin/tpcli lib/libTrafficPolicyShowCliHelper.so lib/libTrafficPolicyPlatform.so \
    include/TrafficPolicyShow/Kel/Ptr.h include/TrafficPolicyShow/TrafficPolicyCli/Factories.h \
    lib/cmake/platform/platformConfig.cmake lib/pkgconfig/trafficpolicyshow-platform.pc \
-   share/tpcli/lab.json; do
+   share/tpcli/lab.json share/man/man1/tpcli.1 share/bash-completion/completions/tpcli; do
    [ -e "$usr/$file" ] || fail "the package has no usr/$file"
 done
 dpkg-deb -f "$package" Depends | grep -q libsimdjson || fail "Depends does not name simdjson"

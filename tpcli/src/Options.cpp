@@ -26,6 +26,11 @@ constexpr char const* kFooter = R"(Commands (keywords may be shortened to any un
 A command may end in "| json" (quoted for the shell), the same as --json. Names are taken as
 written; where a field-set name may stand, a word that abbreviates "contains" is that keyword.
 
+Interactive shell: "tpcli [-s STATE] shell", or no command at a terminal, loads the state once
+and takes the same commands at a prompt, with "?" for what may come next, TAB to complete
+keywords and the state's names, history kept in ~/.tpcli_history, "reload" to read the state
+file again and "exit" (or Ctrl-D) to leave. See tpcli(1).
+
 Examples:
   tpcli show traffic-policy interface
   tpcli sh traffic-policy int det
@@ -34,6 +39,7 @@ Examples:
   tpcli show traffic-policy field-set ipv4 prefix contains 10.1.0.0/16 exact
   tpcli --json show traffic-policy field-set l4-port contains 1000-2000
   tpcli -s device.json metrics --listen 127.0.0.1:9469
+  tpcli -s device.json shell
 
 Exit codes: 0 done, 1 failed to act, 2 usage, 3 invalid state file, 70 internal error,
 130 interrupted. Output to a reader that goes away (a pager quit early, "| head") ends quietly
@@ -74,6 +80,10 @@ void describeOptions(CLI::App& app, Options& options) {
    app.add_option("--listen", options.listen,
                   "With metrics: serve them over HTTP at /metrics until SIGTERM")
        ->type_name("ADDRESS:PORT");
+   // For the bash completion script, which passes the words up to the cursor.
+   app.add_flag("--complete", options.complete,
+                "Print the words that may complete the command's last word")
+       ->group("");
    app.add_option("COMMAND", options.commandWords, "The command's words")->type_name("WORD");
    for (auto* option : app.get_options()) {
       option->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);

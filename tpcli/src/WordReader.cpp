@@ -25,7 +25,10 @@ std::string joined(std::vector<std::string_view> const& words, std::string_view 
 
 // What may come next, for the messages: the keywords and, where the command may end, that too.
 std::string alternatives(Keywords keywords, std::string_view orElse) {
-   std::vector<std::string_view> all(keywords.begin(), keywords.end());
+   std::vector<std::string_view> all;
+   for (auto const& keyword : keywords) {
+      all.push_back(keyword.word);
+   }
    if (!orElse.empty()) {
       all.push_back(orElse);
    }
@@ -38,12 +41,15 @@ std::optional<std::string_view> WordReader::match(std::string_view word, Keyword
    if (word.empty()) {
       return std::nullopt;
    }
-   if (std::ranges::find(allowed, word) != allowed.end()) {
+   if (std::ranges::find(allowed, word, &Keyword::word) != allowed.end()) {
       return word;
    }
    std::vector<std::string_view> candidates;
-   std::ranges::copy_if(allowed, std::back_inserter(candidates),
-                        [word](std::string_view keyword) { return keyword.starts_with(word); });
+   for (auto const& keyword : allowed) {
+      if (keyword.word.starts_with(word)) {
+         candidates.push_back(keyword.word);
+      }
+   }
    if (candidates.size() > 1) {
       throw UsageError("ambiguous word " + quoted(word) + ": could be " + joined(candidates, ", "));
    }
@@ -65,7 +71,18 @@ std::string_view WordReader::takeKeyword(Keywords allowed, std::string_view orEl
    return *keyword;
 }
 
+void WordReader::offerAtEnd(Keywords keywords, std::optional<ValueSlot> value, bool mayEnd) const {
+   if (!place_ || !atEnd()) {
+      return;
+   }
+   place_->keywords.assign(keywords.begin(), keywords.end());
+   place_->value = value;
+   place_->mayEnd = mayEnd;
+   throw PlaceReached{};
+}
+
 std::string_view WordReader::keyword(Keywords allowed) {
+   offerAtEnd(allowed, std::nullopt, false);
    if (atEnd()) {
       auto const what = next_ == 0 ? std::string("missing command") : "missing word" + after(next_);
       throw UsageError(what + ": expected " + alternatives(allowed, {}));
@@ -74,6 +91,7 @@ std::string_view WordReader::keyword(Keywords allowed) {
 }
 
 std::optional<std::string_view> WordReader::optionalKeyword(Keywords allowed) {
+   offerAtEnd(allowed, std::nullopt, true);
    if (atEnd()) {
       return std::nullopt;
    }
@@ -84,17 +102,28 @@ bool WordReader::nextIsKeyword(Keywords allowed) const {
    return !atEnd() && match(words_[next_], allowed).has_value();
 }
 
-std::string const& WordReader::value(std::string_view what) {
+std::string const& WordReader::value(ValueSlot const& slot) {
+   offerAtEnd({}, slot, false);
+   auto const what = std::string(slot.what);
    if (atEnd()) {
-      throw UsageError("missing " + std::string(what) + after(next_));
+      throw UsageError("missing " + what + after(next_));
    }
    if (words_[next_].empty()) {
-      throw UsageError("empty " + std::string(what) + after(next_));
+      throw UsageError("empty " + what + after(next_));
    }
    return words_[next_++];
 }
 
+std::optional<std::string> WordReader::optionalValue(ValueSlot const& slot, Keywords instead) {
+   offerAtEnd(instead, slot, true);
+   if (atEnd() || nextIsKeyword(instead)) {
+      return std::nullopt;
+   }
+   return value(slot);
+}
+
 void WordReader::end() const {
+   offerAtEnd({}, std::nullopt, true);
    if (!atEnd()) {
       throw UsageError("unexpected word " + quoted(words_[next_]) + after(next_) +
                        ": expected end of command");

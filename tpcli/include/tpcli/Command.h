@@ -61,7 +61,10 @@ struct ClearCountersRequest {
    friend bool operator==(ClearCountersRequest const&, ClearCountersRequest const&) = default;
 };
 
-using Request = std::variant<ShowRequest, ClearCountersRequest>;
+// Commands of the interactive shell alone.
+enum class SessionRequest { reload, exit };
+
+using Request = std::variant<ShowRequest, ClearCountersRequest, SessionRequest>;
 
 struct ParsedCommand {
    Request request;

@@ -2,8 +2,12 @@
 // together with the line for standard error out of whichever step failed.
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
+
+#include "Kel/Expected.h"
 
 namespace tpcli {
 
@@ -26,5 +30,20 @@ class CommandError : public std::runtime_error {
  private:
    ExitCode code_;
 };
+
+// The value, or CommandError with `code` and the reason there is none.
+template <typename T>
+T valueOr(Kel::Expected<T> expected, ExitCode code) {
+   if (!expected) {
+      throw CommandError(code, expected.reason());
+   }
+   return std::move(expected).value();
+}
+
+inline void failIf(std::optional<Kel::Failure> const& failure, ExitCode code) {
+   if (failure) {
+      throw CommandError(code, failure->reason);
+   }
+}
 
 }  // namespace tpcli

@@ -19,6 +19,7 @@ struct Options {
    std::optional<int> traceLevel;
    bool noPager = false;
    bool records = false;               // print the cached records instead of the command's output
+   bool complete = false;              // print the completions of the command's last word, for bash
    std::optional<std::string> listen;  // metrics only: serve them at this ADDRESS:PORT
    std::vector<std::string> commandWords;
    friend bool operator==(Options const&, Options const&) = default;

@@ -1,0 +1,50 @@
+// The bash completion script, sourced into bash as bash-completion does, completing the words
+// of command lines through the built tpcli.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+#include "support/Terminal.h"
+
+namespace tpcli_test {
+namespace {
+
+// What the script offers for the last word of `words` (the program's own name first).
+std::string completed(std::string const& words) {
+   auto const script = "source " + shellQuoted(TPCLI_BASH_COMPLETION) + "; COMP_WORDS=(" +
+                       shellQuoted(TPCLI_EXECUTABLE) + " " + words +
+                       "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _tpcli; "
+                       "echo \"${COMPREPLY[*]}\"";
+   auto* pipe = ::popen(("bash -c " + shellQuoted(script)).c_str(), "r");
+   std::string text;
+   char buffer[1024];
+   for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
+      text.append(buffer, got);
+   }
+   ::pclose(pipe);
+   return text;
+}
+
+TEST(BashCompletionTest, CompletesKeywordsAndTheNamesOfTheStateInUse) {
+   struct Row {
+      std::string words;
+      std::string offered;
+   };
+   auto const lab = shellQuoted(EXAMPLES_DIR "/lab.json");
+   Row const rows[] = {
+       {"''", "clear show shell\n"},
+       {"sh tr ''", "cpu field-set interface policy\n"},
+       {"-s " + lab + " --json sh tr po ed", "edge-in edge-out\n"},
+       {"--state=" + lab + " sh tr fi ipv4 prefix ''",
+        "contains bogons customer-routes mgmt-stations web-servers\n"},
+       {"sh tr cpu \\| ''", "json\n"},
+       {"--rev", "--revision\n"},
+       {"--trace 8 sh tr int o", "output\n"},
+   };
+   for (auto const& row : rows) {
+      EXPECT_EQ(completed(row.words), row.offered) << row.words;
+   }
+}
+
+}  // namespace
+}  // namespace tpcli_test
