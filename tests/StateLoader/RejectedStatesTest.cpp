@@ -1,6 +1,7 @@
 // The catalogue of bad state files: each row is a file and the one line the loader must answer
-// with, pointer and message exact. Rows whose JSON is well formed are first read by an independent
-// parser, so that a row meant to test a content check cannot pass by being broken JSON.
+// with, pointer and message exact, whether the file is read whole or cut into the finest pieces.
+// Rows whose JSON is well formed are first read by an independent parser, so that a row meant to
+// test a content check cannot pass by being broken JSON.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "PieceLoader.h"
 #include "StateLoader/Loader.h"
 #include "support/CapturedOutput.h"
 #include "support/TempStateFiles.h"
@@ -307,6 +309,9 @@ std::vector<RejectedCase> syntaxCases() {
    };
 }
 
+// Every object of more than a byte read member by member, every member parsed on its own.
+constexpr StateLoader::PieceLimits kFinestPieces{1, 1};
+
 void expectRejected(std::vector<RejectedCase> const& cases, bool wellFormed) {
    TempStateFiles const files;
    for (RejectedCase const& row : cases) {
@@ -314,12 +319,15 @@ void expectRejected(std::vector<RejectedCase> const& cases, bool wellFormed) {
       if (wellFormed) {
          testing_support::parseJson(row.text);
       }
-      auto const loaded = StateLoader::loadState(path);
-      if (loaded) {
-         ADD_FAILURE() << row.name << ": loaded";
-         continue;
+      for (auto const& limits : {StateLoader::PieceLimits{}, kFinestPieces}) {
+         auto const loaded = StateLoader::loadState(path, limits);
+         if (loaded) {
+            ADD_FAILURE() << row.name << ": loaded";
+            continue;
+         }
+         EXPECT_EQ(loaded.reason(), path + ": " + row.expected)
+             << row.name << (limits.piece == 1 ? " (finest pieces)" : "");
       }
-      EXPECT_EQ(loaded.reason(), path + ": " + row.expected) << row.name;
    }
 }
 

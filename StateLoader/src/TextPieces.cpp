@@ -1,0 +1,178 @@
+// Skimming over the text to find where a value ends, and parsing a piece where it stands.
+#include "TextPieces.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <new>
+
+#include "Document.h"
+
+namespace StateLoader {
+
+namespace {
+
+enum class Byte : unsigned char { plain, quote, open, close, comma, end };
+
+constexpr std::array<Byte, 256> kValueBytes = [] {
+   std::array<Byte, 256> bytes{};
+   bytes['"'] = Byte::quote;
+   bytes['{'] = Byte::open;
+   bytes['['] = Byte::open;
+   bytes['}'] = Byte::close;
+   bytes[']'] = Byte::close;
+   bytes[','] = Byte::comma;
+   bytes[0] = Byte::end;
+   return bytes;
+}();
+
+constexpr std::array<bool, 256> kStringStops = [] {
+   std::array<bool, 256> stops{};
+   stops['"'] = true;
+   stops['\\'] = true;
+   stops[0] = true;
+   return stops;
+}();
+
+unsigned char byteAt(std::string_view text, std::size_t pos) {
+   return static_cast<unsigned char>(text[pos]);
+}
+
+}  // namespace
+
+std::size_t skipBlanks(std::string_view text, std::size_t pos) {
+   while (text[pos] == ' ' || text[pos] == '\n' || text[pos] == '\r' || text[pos] == '\t') {
+      ++pos;
+   }
+   return pos;
+}
+
+// The text is padded with zeros, so the scan stops at its end without a bound check on every byte.
+std::size_t stringEnd(std::string_view text, std::size_t pos) {
+   for (++pos;; ++pos) {
+      while (!kStringStops[byteAt(text, pos)]) {
+         ++pos;
+      }
+      if (pos >= text.size()) {
+         refuseText(simdjson::UNCLOSED_STRING);
+      }
+      if (text[pos] == '"') {
+         return pos + 1;
+      }
+      if (text[pos] == '\\') {
+         ++pos;  // the escaped byte, whatever it is; the parse of the piece checks the escape
+      }
+   }
+}
+
+namespace {
+
+// The nesting the parser allows below a value of the given depth, the whole file being allowed
+// kMaxNesting + 1 as the parser counts.
+std::size_t depthBelow(std::size_t depth) {
+   if (depth > kMaxNesting + 1) {
+      refuseText(simdjson::DEPTH_ERROR);
+   }
+   return kMaxNesting + 2 - depth;
+}
+
+// Pieces beyond this keep no memory once their entities are built.
+constexpr std::size_t kKeptCapacity = std::size_t{1} << 20;
+
+}  // namespace
+
+void refuseText(simdjson::error_code error) {
+   throw TextRefused(error);
+}
+
+std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limit) {
+   std::size_t const last = limit < text.size() - begin ? begin + limit : text.size();
+   std::size_t depth = 0;
+   std::size_t pos = begin;
+   while (true) {
+      while (kValueBytes[byteAt(text, pos)] == Byte::plain) {
+         ++pos;
+      }
+      if (pos > last) {
+         if (pos >= text.size()) {
+            refuseText();
+         }
+         return TextValue::kUnknown;
+      }
+      switch (kValueBytes[byteAt(text, pos)]) {
+         case Byte::quote:
+            pos = stringEnd(text, pos);
+            continue;
+         case Byte::open:
+            ++depth;
+            break;
+         case Byte::close:
+            if (depth == 0) {
+               return pos;
+            }
+            if (--depth == 0) {
+               return pos + 1;
+            }
+            break;
+         case Byte::comma:
+            if (depth == 0) {
+               return pos;
+            }
+            break;
+         case Byte::end:
+            if (pos >= text.size()) {
+               refuseText();
+            }
+            break;
+         case Byte::plain:
+            break;
+      }
+      ++pos;
+   }
+}
+
+bool TextValue::isLargeObject() const noexcept {
+   return state->text[begin] == '{' && (end == kUnknown || end - begin > state->limits.largeObject);
+}
+
+simdjson::dom::element PieceParser::parse(std::string_view piece, Form form, std::size_t depth) {
+   std::size_t const size = piece.size() + (form == Form::value ? 0 : form == Form::key ? 3 : 2);
+   std::size_t const maxDepth = depthBelow(depth);
+   if (!buffer_ || size > capacity_) {
+      auto const capacity = std::max({size, capacity_ * 2, std::size_t{64}});
+      buffer_.reset(new char[capacity + simdjson::SIMDJSON_PADDING]);
+      capacity_ = capacity;
+   }
+   if (capacity_ > parser_.capacity() || maxDepth != parser_.max_depth()) {
+      if (parser_.allocate(capacity_, maxDepth) != simdjson::SUCCESS) {
+         throw std::bad_alloc();
+      }
+   }
+   char* out = buffer_.get();
+   if (form != Form::value) {
+      *out++ = '{';
+   }
+   out = std::copy(piece.begin(), piece.end(), out);
+   if (form == Form::key) {
+      *out++ = '0';
+   }
+   if (form != Form::value) {
+      *out++ = '}';
+   }
+   std::memset(out, 0, simdjson::SIMDJSON_PADDING);
+   auto const parsed = parser_.parse(buffer_.get(), size, false);
+   if (parsed.error() != simdjson::SUCCESS) {
+      refuseText(parsed.error());
+   }
+   return parsed.value_unsafe();
+}
+
+void PieceParser::trim() {
+   if (capacity_ > kKeptCapacity) {
+      parser_ = simdjson::dom::parser();
+      buffer_.reset();
+      capacity_ = 0;
+   }
+}
+
+}  // namespace StateLoader
