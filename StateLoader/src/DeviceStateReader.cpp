@@ -75,7 +75,7 @@ DeviceState emptyDeviceState() {
 
 DeviceState readDeviceState(Node const& root) {
    SectionValues sections;
-   readMembers(root, kSectionMembers, sections);
+   readMembers(root, kSectionMembers, sections, Behind::kept);
    DeviceState state = emptyDeviceState();
    for (std::size_t index = 0; index < sectionCount; ++index) {
       if (auto const& section = sections[index]) {

@@ -6,6 +6,7 @@
 #include "StateLoader/Loader.h"
 
 #include <new>
+#include <optional>
 
 #include "DeviceStateReader.h"
 #include "Document.h"
@@ -20,8 +21,8 @@ namespace StateLoader {
 namespace {
 
 // The text is padded with zeros, which end every scan at its end.
-DeviceState readText(std::string_view text, PieceLimits const& limits) {
-   StateText const state{text, limits};
+DeviceState readText(StateText const& state) {
+   auto const text = state.text;
    PieceParser parser;
    TextValue const root{&state, &parser, skipBlanks(text, 0), 1, text.size()};
    Where const top = Where::root();
@@ -33,13 +34,34 @@ DeviceState readText(std::string_view text, PieceLimits const& limits) {
    return read;
 }
 
-DeviceState readCheckedText(std::string_view text, PieceLimits const& limits) {
+FileBytes readFile(std::string const& path) {
+   return readStateFile(path, simdjson::SIMDJSON_PADDING, simdjson::SIMDJSON_MAXSIZE_BYTES);
+}
+
+// The whole text for locating a fault: pages let go behind the reading are read again from the
+// file, which must not have changed in between.
+std::string_view wholeText(std::string const& path, StateText const& state,
+                           std::optional<FileBytes>& again) {
+   if (!state.released) {
+      return state.text;
+   }
+   again.emplace(readFile(path));
+   if (!again->isSameFileAs(*state.bytes)) {
+      failFileChanged();
+   }
+   return again->text();
+}
+
+DeviceState readCheckedText(std::string const& path, FileBytes const& bytes,
+                            PieceLimits const& limits) {
+   StateText const state{bytes.text(), limits, bytes.canBeReadAgain() ? &bytes : nullptr};
+   std::optional<FileBytes> again;
    try {
-      return readText(text, limits);
+      return readText(state);
    } catch (TextRefused const& refused) {
-      failRefused(text, refused.error());
+      failRefused(wholeText(path, state, again), refused.error());
    } catch (StateError const&) {
-      if (auto const fault = locateSyntaxFault(text, kMaxNesting)) {
+      if (auto const fault = locateSyntaxFault(wholeText(path, state, again), kMaxNesting)) {
          throw StateError(fault->pointer, fault->message);
       }
       throw;
@@ -50,9 +72,7 @@ DeviceState readCheckedText(std::string_view text, PieceLimits const& limits) {
 
 Kel::Expected<DeviceState> loadState(std::string const& path, PieceLimits const& limits) {
    try {
-      auto const bytes =
-          readStateFile(path, simdjson::SIMDJSON_PADDING, simdjson::SIMDJSON_MAXSIZE_BYTES);
-      return readCheckedText(bytes.text(), limits);
+      return readCheckedText(path, readFile(path), limits);
    } catch (StateError const& error) {
       return Kel::Failure{reasonOf(path, error)};
    } catch (std::bad_alloc const&) {

@@ -31,12 +31,15 @@ struct Member {
 template <typename Visit>
 bool visitMember(Node const& object, std::string_view key, Visit&& visit) {
    bool found = false;
-   forEachMember(object, [&](std::string_view name, Node const& value) {
-      if (!found && name == key) {
-         found = true;
-         visit(value);
-      }
-   });
+   forEachMember(
+       object,
+       [&](std::string_view name, Node const& value) {
+          if (!found && name == key) {
+             found = true;
+             visit(value);
+          }
+       },
+       Behind::kept);
    return found;
 }
 
@@ -59,20 +62,24 @@ std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::strin
 }
 
 template <typename Target, std::size_t N>
-void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target) {
+void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target,
+                 Behind behind = Behind::released) {
    static_assert(N <= 64, "one bit of the seen mask per key");
    std::uint64_t seen = 0;
    std::size_t next = 0;
-   forEachMember(object, [&](std::string_view key, Node const& value) {
-      std::size_t const index = memberIndex(members, key, next, value.where);
-      next = index + 1 < N ? index + 1 : 0;
-      std::uint64_t const bit = std::uint64_t{1} << index;
-      if (seen & bit) {
-         failDuplicateKey(value.where, key);
-      }
-      seen |= bit;
-      members[index].read(value, target);
-   });
+   forEachMember(
+       object,
+       [&](std::string_view key, Node const& value) {
+          std::size_t const index = memberIndex(members, key, next, value.where);
+          next = index + 1 < N ? index + 1 : 0;
+          std::uint64_t const bit = std::uint64_t{1} << index;
+          if (seen & bit) {
+             failDuplicateKey(value.where, key);
+          }
+          seen |= bit;
+          members[index].read(value, target);
+       },
+       behind);
    for (std::size_t index = 0; index < N; ++index) {
       if (members[index].required && !(seen & std::uint64_t{1} << index)) {
          failMissingKey(object.where, members[index].key);

@@ -56,14 +56,18 @@ class MemberVisitor {
    void (*call_)(void*, std::string_view, Node const&);
 };
 
+// What becomes of an object's text once its members have been read from it: let go, or kept to
+// be read again.
+enum class Behind { released, kept };
+
 // Calls visit(key, node) for every member of an object read member by member from the text.
-void forEachTextMember(Node const& object, MemberVisitor visit);
+void forEachTextMember(Node const& object, MemberVisitor visit, Behind behind);
 
 // Calls visit(key, node) for every member of an object, in document order.
 template <typename Visit>
-void forEachMember(Node const& object, Visit&& visit) {
+void forEachMember(Node const& object, Visit&& visit, Behind behind = Behind::released) {
    if (object.unparsed) {
-      forEachTextMember(object, MemberVisitor(visit));
+      forEachTextMember(object, MemberVisitor(visit), behind);
       return;
    }
    for (auto const [key, value] : asObject(object)) {

@@ -51,6 +51,7 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
          };
          try {
             members.visit(index, parser, readOne);
+            members.release(index);
          } catch (...) {
             faults[index] = std::current_exception();
             for (auto seen = firstFault.load(); index < seen;) {

@@ -9,6 +9,9 @@ namespace {
 
 using Form = PieceParser::Form;
 
+// Pages read are let go in steps of this many bytes, not one system call per piece.
+constexpr std::size_t kReleaseStep = std::size_t{64} << 10;
+
 // The member whose key starts at `pos`, up to the start of its value.
 MemberSpan memberAt(std::string_view text, std::size_t pos) {
    if (text[pos] != '"') {
@@ -98,11 +101,12 @@ std::size_t visitLarge(TextValue const& object, MemberSpan const& member, Where 
 
 }  // namespace
 
-void forEachTextMember(Node const& node, MemberVisitor visit) {
+void forEachTextMember(Node const& node, MemberVisitor visit, Behind behind) {
    TextValue const& object = *node.text;
    auto const text = object.state->text;
    auto const& limits = object.state->limits;
    std::vector<MemberSpan> run;
+   std::size_t readFrom = object.begin;
    for (auto pos = firstMember(object); pos != TextValue::kUnknown;) {
       auto member = memberAt(text, pos);
       member.end = skimValue(text, member.value,
@@ -117,6 +121,10 @@ void forEachTextMember(Node const& node, MemberVisitor visit) {
       if (pos == TextValue::kUnknown ||
           (!run.empty() && member.end - run.front().key >= limits.piece)) {
          visitRun(object, run, node.where, visit);
+      }
+      if (behind == Behind::released && run.empty() && member.end - readFrom >= kReleaseStep) {
+         object.state->release(readFrom, member.end);
+         readFrom = member.end - member.end % kReleaseStep;
       }
    }
 }
@@ -173,6 +181,12 @@ void MemberList::visit(std::size_t index, PieceParser& parser, MemberVisitor vis
    keys_[index] = member.key;
    Where const where = object_.where.member(keys_[index]);
    visit(keys_[index], Node{member.value, where, &value});
+}
+
+void MemberList::release(std::size_t index) const noexcept {
+   if (inText_) {
+      object_.text->state->release(spans_[index].key, spans_[index].end);
+   }
 }
 
 std::string_view MemberList::key(std::size_t index) const noexcept {

@@ -35,6 +35,9 @@ class MemberList {
    // text. Threads may visit different members at once.
    void visit(std::size_t index, PieceParser& parser, MemberVisitor visit) const;
 
+   // Lets go of the pages that only the member at `index` holds, once it has been read.
+   void release(std::size_t index) const noexcept;
+
    // The key of a member, once it has been visited.
    std::string_view key(std::size_t index) const noexcept;
 

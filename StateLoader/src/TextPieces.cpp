@@ -131,6 +131,13 @@ std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limi
    }
 }
 
+void StateText::release(std::size_t begin, std::size_t end) const noexcept {
+   if (bytes) {
+      bytes->release(begin, end);
+      released = true;
+   }
+}
+
 bool TextValue::isLargeObject() const noexcept {
    return state->text[begin] == '{' && (end == kUnknown || end - begin > state->limits.largeObject);
 }

@@ -9,10 +9,13 @@
 
 #include <simdjson.h>
 
+#include <atomic>
 #include <cstddef>
 #include <exception>
 #include <memory>
 #include <string_view>
+
+#include "StateFile.h"
 
 namespace StateLoader {
 
@@ -63,6 +66,12 @@ class PieceParser {
 struct StateText {
    std::string_view text;
    PieceLimits limits;
+   // The file's bytes, when pages of them may be let go behind the reading.
+   FileBytes const* bytes = nullptr;
+   mutable std::atomic<bool> released{false};
+
+   // Lets go of the whole pages of text[begin, end), once read and not to be read again.
+   void release(std::size_t begin, std::size_t end) const noexcept;
 };
 
 // A value of the text: where it starts and, once known, where it ends.

@@ -394,6 +394,30 @@ TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
    }
 }
 
+// A large file's pages are let go as its rules are read. A fault found late is still told as for
+// a file read whole, the text around it read again from the file: a content fault when the text
+// is well formed, else the fault of the text, even one after the content fault.
+TEST(RejectedStates, LateFaultsOfALargeFileAreToldAsForAFileReadWhole) {
+   std::string rules;
+   for (int index = 0; index < 20000; ++index) {
+      rules +=
+          "\"r" + std::to_string(index) + "\": {\"sequence\": " + std::to_string(index + 1) + "}, ";
+   }
+   auto const withEnd = [&rules](std::string_view end) {
+      return R"({"trafficPolicies": {"p": {"rules": {)" + rules +
+             R"("late": {"sequence": "x"}}}})" + std::string(end);
+   };
+   auto const textFault = withEnd("]");
+   std::vector<RejectedCase> const cases = {
+       {"content fault", withEnd("}"),
+        "/trafficPolicies/p/rules/late/sequence: expected a whole number from 0 to 4294967295, "
+        "found a string"},
+       {"text fault after a content fault", textFault,
+        "expected ',' or '}', found ']' (line 1, column " + std::to_string(textFault.size()) + ")"},
+   };
+   expectRejected(cases, false);
+}
+
 TEST(RejectedStates, FileProblemsNameTheFile) {
    TempStateFiles const files;
    struct FileCase {
