@@ -25,17 +25,26 @@ enum SectionIndex : std::size_t {
    sectionCount,
 };
 
+// A large section's members are found as the top level is checked, which its walk over the
+// text would have to skim again otherwise.
 struct KeptSection {
    simdjson::dom::element value;
    std::optional<TextValue> text;
+   std::vector<MemberSpan> members;
 };
 
 using SectionValues = std::array<std::optional<KeptSection>, sectionCount>;
 
 template <SectionIndex index>
 void keep(Node const& value, SectionValues& sections) {
-   sections[index] =
-       KeptSection{value.value, value.text ? std::optional(*value.text) : std::nullopt};
+   auto& kept = sections[index].emplace(KeptSection{value.value, std::nullopt, {}});
+   if (value.text) {
+      kept.text = *value.text;
+   }
+   if (value.unparsed) {
+      kept.members = gatherMembers(*value.text);
+      kept.text->members = &kept.members;
+   }
 }
 
 constexpr std::array kSectionMembers = {

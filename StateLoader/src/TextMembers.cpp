@@ -91,7 +91,7 @@ void visitRun(TextValue const& object, std::vector<MemberSpan>& run, Where const
 std::size_t visitLarge(TextValue const& object, MemberSpan const& member, Where const& where,
                        MemberVisitor visit) {
    auto const key = keyOf(object, member);
-   TextValue const value{object.state, object.parser, member.value, object.depth + 1};
+   TextValue const value{object.state, object.parser, member.value, object.depth + 1, member.end};
    Where const at = where.member(key);
    visit(key, Node{{}, at, &value, true});
    return value.end != TextValue::kUnknown
@@ -107,26 +107,53 @@ void forEachTextMember(Node const& node, MemberVisitor visit, Behind behind) {
    auto const& limits = object.state->limits;
    std::vector<MemberSpan> run;
    std::size_t readFrom = object.begin;
+   // Visits a large member at once, or adds a small one to the run; returns the end of its value.
+   auto const take = [&](MemberSpan const& member) {
+      TextValue const value{object.state, object.parser, member.value, object.depth + 1,
+                            member.end};
+      if (value.isLargeObject()) {
+         visitRun(object, run, node.where, visit);
+         return visitLarge(object, member, node.where, visit);
+      }
+      run.push_back(member);
+      return member.end;
+   };
+   auto const after = [&](std::size_t end, bool last) {
+      if (last || (!run.empty() && end - run.front().key >= limits.piece)) {
+         visitRun(object, run, node.where, visit);
+      }
+      if (behind == Behind::released && run.empty() && end - readFrom >= kReleaseStep) {
+         object.state->release(readFrom, end);
+         readFrom = end - end % kReleaseStep;
+      }
+   };
+   if (object.members) {
+      auto const& members = *object.members;
+      for (std::size_t index = 0; index < members.size(); ++index) {
+         after(take(members[index]), index + 1 == members.size());
+      }
+      return;
+   }
    for (auto pos = firstMember(object); pos != TextValue::kUnknown;) {
       auto member = memberAt(text, pos);
       member.end = skimValue(text, member.value,
                              text[member.value] == '{' ? limits.largeObject : TextValue::kUnknown);
-      if (member.end == TextValue::kUnknown) {
-         visitRun(object, run, node.where, visit);
-         member.end = visitLarge(object, member, node.where, visit);
-      } else {
-         run.push_back(member);
-      }
-      pos = nextMember(object, member.end);
-      if (pos == TextValue::kUnknown ||
-          (!run.empty() && member.end - run.front().key >= limits.piece)) {
-         visitRun(object, run, node.where, visit);
-      }
-      if (behind == Behind::released && run.empty() && member.end - readFrom >= kReleaseStep) {
-         object.state->release(readFrom, member.end);
-         readFrom = member.end - member.end % kReleaseStep;
-      }
+      auto const end = take(member);
+      pos = nextMember(object, end);
+      after(end, pos == TextValue::kUnknown);
    }
+}
+
+std::vector<MemberSpan> gatherMembers(TextValue const& object) {
+   auto const text = object.state->text;
+   std::vector<MemberSpan> members;
+   for (auto pos = firstMember(object); pos != TextValue::kUnknown;) {
+      auto member = memberAt(text, pos);
+      member.end = skimValue(text, member.value, TextValue::kUnknown);
+      members.push_back(member);
+      pos = nextMember(object, member.end);
+   }
+   return members;
 }
 
 Node nodeOf(TextValue const& value, Where const& where) {
@@ -145,13 +172,7 @@ MemberList::MemberList(Node const& object) : object_(object), inText_(object.unp
       return;
    }
    TextValue const& self = *object.text;
-   auto const text = self.state->text;
-   for (auto pos = firstMember(self); pos != TextValue::kUnknown;) {
-      auto member = memberAt(text, pos);
-      member.end = skimValue(text, member.value, TextValue::kUnknown);
-      spans_.push_back(member);
-      pos = nextMember(self, member.end);
-   }
+   spans_ = self.members ? *self.members : gatherMembers(self);
    keys_.resize(spans_.size());
 }
 

@@ -17,12 +17,8 @@ namespace StateLoader {
 // value's parser.
 Node nodeOf(TextValue const& value, Where const& where);
 
-// A member as it stands in the text: where its key and its value start, and where its value ends.
-struct MemberSpan {
-   std::size_t key;
-   std::size_t value;
-   std::size_t end;
-};
+// The members of a large object, found by skimming over it once; its end is recorded on the way.
+std::vector<MemberSpan> gatherMembers(TextValue const& object);
 
 // The members of an object, parsed or in the text.
 class MemberList {

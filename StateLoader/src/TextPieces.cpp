@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <new>
 
@@ -34,8 +35,26 @@ constexpr std::array<bool, 256> kStringStops = [] {
    return stops;
 }();
 
-unsigned char byteAt(std::string_view text, std::size_t pos) {
-   return static_cast<unsigned char>(text[pos]);
+// Just after the closing quote of the string whose opening quote is at `pos`. The text is padded
+// with zeros, so the scan stops at its end without a bound check on every byte.
+inline std::size_t endOfString(unsigned char const* bytes, std::size_t size, std::size_t pos) {
+   for (++pos;; ++pos) {
+      while (!kStringStops[bytes[pos]]) {
+         ++pos;
+      }
+      if (bytes[pos] == '"') {
+         return pos + 1;
+      }
+      if (bytes[pos] == '\\') {
+         ++pos;  // the escaped byte, whatever it is; the parse of the piece checks the escape
+      } else if (pos >= size) {
+         refuseText(simdjson::UNCLOSED_STRING);
+      }
+   }
+}
+
+unsigned char const* bytesOf(std::string_view text) {
+   return reinterpret_cast<unsigned char const*>(text.data());
 }
 
 }  // namespace
@@ -47,22 +66,8 @@ std::size_t skipBlanks(std::string_view text, std::size_t pos) {
    return pos;
 }
 
-// The text is padded with zeros, so the scan stops at its end without a bound check on every byte.
 std::size_t stringEnd(std::string_view text, std::size_t pos) {
-   for (++pos;; ++pos) {
-      while (!kStringStops[byteAt(text, pos)]) {
-         ++pos;
-      }
-      if (pos >= text.size()) {
-         refuseText(simdjson::UNCLOSED_STRING);
-      }
-      if (text[pos] == '"') {
-         return pos + 1;
-      }
-      if (text[pos] == '\\') {
-         ++pos;  // the escaped byte, whatever it is; the parse of the piece checks the escape
-      }
-   }
+   return endOfString(bytesOf(text), text.size(), pos);
 }
 
 namespace {
@@ -85,24 +90,20 @@ void refuseText(simdjson::error_code error) {
    throw TextRefused(error);
 }
 
+// The limit is checked at commas only: an object large enough to pass it has many.
 std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limit) {
+   auto const* const bytes = bytesOf(text);
    std::size_t const last = limit < text.size() - begin ? begin + limit : text.size();
    std::size_t depth = 0;
-   std::size_t pos = begin;
-   while (true) {
-      while (kValueBytes[byteAt(text, pos)] == Byte::plain) {
+   for (std::size_t pos = begin;; ++pos) {
+      Byte kind;
+      while ((kind = kValueBytes[bytes[pos]]) == Byte::plain) {
          ++pos;
       }
-      if (pos > last) {
-         if (pos >= text.size()) {
-            refuseText();
-         }
-         return TextValue::kUnknown;
-      }
-      switch (kValueBytes[byteAt(text, pos)]) {
+      switch (kind) {
          case Byte::quote:
-            pos = stringEnd(text, pos);
-            continue;
+            pos = endOfString(bytes, text.size(), pos) - 1;
+            break;
          case Byte::open:
             ++depth;
             break;
@@ -118,6 +119,9 @@ std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limi
             if (depth == 0) {
                return pos;
             }
+            if (pos > last) {
+               return TextValue::kUnknown;
+            }
             break;
          case Byte::end:
             if (pos >= text.size()) {
@@ -127,7 +131,6 @@ std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limi
          case Byte::plain:
             break;
       }
-      ++pos;
    }
 }
 

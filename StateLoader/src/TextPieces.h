@@ -14,16 +14,17 @@
 #include <exception>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "StateFile.h"
 
 namespace StateLoader {
 
 // How the text is cut. An object longer than `largeObject` bytes is read member by member; runs
-// of smaller members are parsed together up to about `piece` bytes. Pieces of a few pages keep
-// the parser's document in the processor's caches and cost a few microseconds each to start.
+// of smaller members are parsed together up to about `piece` bytes. A typical policy or policy
+// status is parsed in one piece; finding where members end costs about as much as the parse.
 struct PieceLimits {
-   std::size_t largeObject = std::size_t{4} << 10;
+   std::size_t largeObject = std::size_t{256} << 10;
    std::size_t piece = std::size_t{16} << 10;
 };
 
@@ -74,6 +75,13 @@ struct StateText {
    void release(std::size_t begin, std::size_t end) const noexcept;
 };
 
+// A member as it stands in the text: where its key and its value start, and where its value ends.
+struct MemberSpan {
+   std::size_t key;
+   std::size_t value;
+   std::size_t end;
+};
+
 // A value of the text: where it starts and, once known, where it ends.
 struct TextValue {
    static constexpr std::size_t kUnknown = std::string_view::npos;
@@ -84,6 +92,8 @@ struct TextValue {
    std::size_t depth;
    // Set by a walk over the object's members, which finds it on the way.
    mutable std::size_t end = kUnknown;
+   // An object's members, when they have been found already.
+   std::vector<MemberSpan> const* members = nullptr;
 
    // An object too large to parse at once.
    bool isLargeObject() const noexcept;
