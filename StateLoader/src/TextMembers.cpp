@@ -62,13 +62,17 @@ std::string keyOf(TextValue const& object, MemberSpan const& member) {
 
 // Visits a run of members parsed as one piece.
 void visitRun(TextValue const& object, std::vector<MemberSpan>& run, Where const& where,
-              MemberVisitor visit) {
+              MemberVisitor visit, Behind behind) {
    if (run.empty()) {
       return;
    }
    auto const piece = between(object.state->text, run.front().key, run.back().end);
    auto const members =
        object.parser->parse(piece, Form::members, object.depth).get_object().value_unsafe();
+   // A large piece (a long list) is in its document now; its text goes before its entities grow.
+   if (behind == Behind::released && piece.size() >= kReleaseStep) {
+      object.state->release(run.front().key, run.back().end);
+   }
    std::size_t index = 0;
    for (auto const [key, element] : members) {
       if (index == run.size()) {
@@ -112,7 +116,7 @@ void forEachTextMember(Node const& node, MemberVisitor visit, Behind behind) {
       TextValue const value{object.state, object.parser, member.value, object.depth + 1,
                             member.end};
       if (value.isLargeObject()) {
-         visitRun(object, run, node.where, visit);
+         visitRun(object, run, node.where, visit, behind);
          return visitLarge(object, member, node.where, visit);
       }
       run.push_back(member);
@@ -120,7 +124,7 @@ void forEachTextMember(Node const& node, MemberVisitor visit, Behind behind) {
    };
    auto const after = [&](std::size_t end, bool last) {
       if (last || (!run.empty() && end - run.front().key >= limits.piece)) {
-         visitRun(object, run, node.where, visit);
+         visitRun(object, run, node.where, visit, behind);
       }
       if (behind == Behind::released && run.empty() && end - readFrom >= kReleaseStep) {
          object.state->release(readFrom, end);

@@ -170,18 +170,25 @@ simdjson::dom::element PieceParser::parse(std::string_view piece, Form form, std
       *out++ = '}';
    }
    std::memset(out, 0, simdjson::SIMDJSON_PADDING);
-   auto const parsed = parser_.parse(buffer_.get(), size, false);
+   auto const parsed = parser_.parse_into_document(document_, buffer_.get(), size, false);
    if (parsed.error() != simdjson::SUCCESS) {
       refuseText(parsed.error());
+   }
+   // The document holds its own copies: a large piece's copy and the parser's index of it go
+   // before its entities are built.
+   if (capacity_ > kKeptCapacity) {
+      parser_ = simdjson::dom::parser();
+      buffer_.reset();
+      capacity_ = 0;
+      documentIsLarge_ = true;
    }
    return parsed.value_unsafe();
 }
 
 void PieceParser::trim() {
-   if (capacity_ > kKeptCapacity) {
-      parser_ = simdjson::dom::parser();
-      buffer_.reset();
-      capacity_ = 0;
+   if (documentIsLarge_) {
+      document_ = simdjson::dom::document();
+      documentIsLarge_ = false;
    }
 }
 

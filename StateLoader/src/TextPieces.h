@@ -59,8 +59,10 @@ class PieceParser {
 
  private:
    simdjson::dom::parser parser_;
+   simdjson::dom::document document_;
    std::unique_ptr<char[]> buffer_;
    std::size_t capacity_ = 0;
+   bool documentIsLarge_ = false;
 };
 
 // The padded text of a state and how it is cut.
