@@ -1,8 +1,10 @@
 // The state loader and the snapshot reader on arbitrary bytes: whatever the file holds, loading
-// ends in a state or in a one-line reason, never in a crash, a hang or a sanitizer report.
+// ends in a state or in a one-line reason, never in a crash, a hang or a sanitizer report; and the
+// loader answers the same whether it parses the file in one piece or in the finest pieces.
 #include <cstddef>
 #include <cstdint>
 
+#include "PieceLoader.h"
 #include "StateLoader/Loader.h"
 #include "StateLoader/Snapshots.h"
 #include "tpcli/MemoryFile.h"
@@ -25,7 +27,11 @@ StateLoader::DeviceState emptyState() {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
    static tpcli::MemoryFile const input;
    input.write(data, size);
-   (void)StateLoader::loadState(input.path());
+   auto const whole = StateLoader::loadState(input.path(), {size + 1, size + 1});
+   auto const pieces = StateLoader::loadState(input.path(), {1, 1});
+   if (bool(whole) != bool(pieces) || (!whole && whole.reason() != pieces.reason())) {
+      __builtin_trap();
+   }
    auto state = emptyState();
    (void)StateLoader::readSnapshots(input.path(), state);
    return 0;

@@ -1,5 +1,6 @@
-// The top level is checked like any object with a fixed vocabulary, keeping each section's value;
-// the sections are then read in a fixed order whatever their order in the file.
+// The top level is checked like any object with a fixed vocabulary, keeping each section's value,
+// or its place in the text when the file is read piece by piece; the sections are then read in a
+// fixed order whatever their order in the file.
 #include "DeviceStateReader.h"
 
 #include <array>
@@ -7,6 +8,7 @@
 
 #include "Members.h"
 #include "Sections.h"
+#include "TextMembers.h"
 
 namespace StateLoader {
 
@@ -23,11 +25,26 @@ enum SectionIndex : std::size_t {
    sectionCount,
 };
 
-using SectionValues = std::array<std::optional<simdjson::dom::element>, sectionCount>;
+// A large section's members are found as the top level is checked, which its walk over the
+// text would have to skim again otherwise.
+struct KeptSection {
+   simdjson::dom::element value;
+   std::optional<TextValue> text;
+   std::vector<MemberSpan> members;
+};
+
+using SectionValues = std::array<std::optional<KeptSection>, sectionCount>;
 
 template <SectionIndex index>
 void keep(Node const& value, SectionValues& sections) {
-   sections[index] = value.value;
+   auto& kept = sections[index].emplace(KeptSection{value.value, std::nullopt, {}});
+   if (value.text) {
+      kept.text = *value.text;
+   }
+   if (value.unparsed) {
+      kept.members = gatherMembers(*value.text);
+      kept.text->members = &kept.members;
+   }
 }
 
 constexpr std::array kSectionMembers = {
@@ -65,15 +82,15 @@ DeviceState emptyDeviceState() {
 
 }  // namespace
 
-DeviceState readDeviceState(simdjson::dom::element root) {
-   Where const top = Where::root();
+DeviceState readDeviceState(Node const& root) {
    SectionValues sections;
-   readMembers(Node{root, top}, kSectionMembers, sections);
+   readMembers(root, kSectionMembers, sections, Behind::kept);
    DeviceState state = emptyDeviceState();
    for (std::size_t index = 0; index < sectionCount; ++index) {
-      if (sections[index]) {
-         Where const where = top.member(kSectionMembers[index].key);
-         kSectionReaders[index](Node{*sections[index], where}, state);
+      if (auto const& section = sections[index]) {
+         Where const where = root.where.member(kSectionMembers[index].key);
+         kSectionReaders[index](
+             section->text ? nodeOf(*section->text, where) : Node{section->value, where}, state);
       }
    }
    return state;

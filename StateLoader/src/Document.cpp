@@ -10,9 +10,7 @@
 
 namespace StateLoader {
 
-namespace {
-
-[[noreturn]] void failRefused(std::string_view text, simdjson::error_code error) {
+void failRefused(std::string_view text, simdjson::error_code error) {
    if (error == simdjson::MEMALLOC) {
       throw std::bad_alloc();
    }
@@ -22,8 +20,6 @@ namespace {
    throw StateError(
        "", std::string("the JSON parser refused the file: ") + simdjson::error_message(error));
 }
-
-}  // namespace
 
 simdjson::dom::element parseStateFile(simdjson::dom::document& document, std::string const& path) {
    auto const bytes =

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace StateLoader {
 
@@ -16,5 +17,8 @@ inline constexpr std::size_t kMaxNesting = 32;
 
 // The root value; it lives as long as `document`. Throws StateError.
 simdjson::dom::element parseStateFile(simdjson::dom::document& document, std::string const& path);
+
+// The parser's refusal of `text` as a StateError that says where the fault is.
+[[noreturn]] void failRefused(std::string_view text, simdjson::error_code error);
 
 }  // namespace StateLoader

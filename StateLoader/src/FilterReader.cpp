@@ -231,12 +231,13 @@ Kel::Ptr<StructuredFilter> readFilterWith(Node const& node, AddressFamily family
 }
 
 AddressFamily readInnerFamily(Node const& inner) {
-   auto const family = findMember(inner, "addressFamily");
-   if (!family) {
+   AddressFamily family{};
+   if (!visitMember(inner, "addressFamily", [&family](Node const& value) {
+          family = readChoice(value, kAddressFamilies, "address family");
+       })) {
       failMissingKey(inner.where, "addressFamily");
    }
-   Where const where = inner.where.member("addressFamily");
-   return readChoice(Node{*family, where}, kAddressFamilies, "address family");
+   return family;
 }
 
 Kel::Ptr<StructuredFilter> readInnerFilter(Node const& node) {

@@ -25,13 +25,4 @@ void failMissingKey(Where const& object, std::string_view key) {
    fail(object, "missing key " + quoted(key));
 }
 
-std::optional<simdjson::dom::element> findMember(Node const& object, std::string_view key) {
-   for (auto const [name, value] : asObject(object)) {
-      if (name == key) {
-         return value;
-      }
-   }
-   return std::nullopt;
-}
-
 }  // namespace StateLoader

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string_view>
 
@@ -27,8 +26,22 @@ struct Member {
 [[noreturn]] void failDuplicateKey(Where const& where, std::string_view key);
 [[noreturn]] void failMissingKey(Where const& object, std::string_view key);
 
-// The value of one member, for the few keys that must be known before the others are read.
-std::optional<simdjson::dom::element> findMember(Node const& object, std::string_view key);
+// Calls visit(node) for the first member with the given key, for the few keys that must be known
+// before the others are read; false when there is none.
+template <typename Visit>
+bool visitMember(Node const& object, std::string_view key, Visit&& visit) {
+   bool found = false;
+   forEachMember(
+       object,
+       [&](std::string_view name, Node const& value) {
+          if (!found && name == key) {
+             found = true;
+             visit(value);
+          }
+       },
+       Behind::kept);
+   return found;
+}
 
 // Writers put an object's keys in one order, usually the table's, so the search starts at
 // `start`, just after the key found last, and wraps around.
@@ -49,21 +62,24 @@ std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::strin
 }
 
 template <typename Target, std::size_t N>
-void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target) {
+void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target,
+                 Behind behind = Behind::released) {
    static_assert(N <= 64, "one bit of the seen mask per key");
    std::uint64_t seen = 0;
    std::size_t next = 0;
-   for (auto const [key, value] : asObject(object)) {
-      Where const where = object.where.member(key);
-      std::size_t const index = memberIndex(members, key, next, where);
-      next = index + 1 < N ? index + 1 : 0;
-      std::uint64_t const bit = std::uint64_t{1} << index;
-      if (seen & bit) {
-         failDuplicateKey(where, key);
-      }
-      seen |= bit;
-      members[index].read(Node{value, where}, target);
-   }
+   forEachMember(
+       object,
+       [&](std::string_view key, Node const& value) {
+          std::size_t const index = memberIndex(members, key, next, value.where);
+          next = index + 1 < N ? index + 1 : 0;
+          std::uint64_t const bit = std::uint64_t{1} << index;
+          if (seen & bit) {
+             failDuplicateKey(value.where, key);
+          }
+          seen |= bit;
+          members[index].read(value, target);
+       },
+       behind);
    for (std::size_t index = 0; index < N; ++index) {
       if (members[index].required && !(seen & std::uint64_t{1} << index)) {
          failMissingKey(object.where, members[index].key);

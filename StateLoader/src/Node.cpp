@@ -14,7 +14,11 @@ namespace {
 
 using simdjson::dom::element_type;
 
-std::string found(simdjson::dom::element const& value) {
+std::string found(Node const& node) {
+   if (node.unparsed) {
+      return "an object";
+   }
+   auto const& value = node.value;
    switch (value.type()) {
       case element_type::ARRAY:
          return "a list";
@@ -35,7 +39,7 @@ std::string found(simdjson::dom::element const& value) {
 }
 
 [[noreturn]] void failType(Node const& node, std::string const& expected) {
-   fail(node.where, "expected " + expected + ", found " + found(node.value));
+   fail(node.where, "expected " + expected + ", found " + found(node));
 }
 
 std::string decimalText(double number) {
@@ -49,7 +53,8 @@ std::string decimalText(double number) {
 }
 
 // What a number that is not a whole number in range was.
-std::string numberText(simdjson::dom::element const& value) {
+std::string numberText(Node const& node) {
+   auto const& value = node.value;
    switch (value.type()) {
       case element_type::INT64:
          return std::to_string(value.get_int64().value_unsafe());
@@ -58,7 +63,7 @@ std::string numberText(simdjson::dom::element const& value) {
       case element_type::DOUBLE:
          return decimalText(value.get_double().value_unsafe());
       default:
-         return found(value);
+         return found(node);
    }
 }
 
@@ -78,41 +83,41 @@ bool fitsUnsigned(simdjson::dom::element const& value, std::uint64_t largest) {
 }  // namespace
 
 simdjson::dom::object asObject(Node const& node) {
-   if (!node.value.is_object()) {
+   if (node.unparsed || !node.value.is_object()) {
       failType(node, "an object");
    }
    return node.value.get_object().value_unsafe();
 }
 
 simdjson::dom::array asArray(Node const& node) {
-   if (!node.value.is_array()) {
+   if (node.unparsed || !node.value.is_array()) {
       failType(node, "a list");
    }
    return node.value.get_array().value_unsafe();
 }
 
 std::string_view asString(Node const& node) {
-   if (!node.value.is_string()) {
+   if (node.unparsed || !node.value.is_string()) {
       failType(node, "a string");
    }
    return node.value.get_string().value_unsafe();
 }
 
 bool asBool(Node const& node) {
-   if (!node.value.is_bool()) {
+   if (node.unparsed || !node.value.is_bool()) {
       failType(node, "true or false");
    }
    return node.value.get_bool().value_unsafe();
 }
 
 std::uint64_t asUnsigned(Node const& node, std::uint64_t largest) {
-   if (fitsUnsigned(node.value, largest)) {
+   if (!node.unparsed && fitsUnsigned(node.value, largest)) {
       return node.value.type() == element_type::INT64
                  ? static_cast<std::uint64_t>(node.value.get_int64().value_unsafe())
                  : node.value.get_uint64().value_unsafe();
    }
    fail(node.where, "expected a whole number from 0 to " + std::to_string(largest) + ", found " +
-                        numberText(node.value));
+                        numberText(node));
 }
 
 }  // namespace StateLoader

@@ -8,12 +8,18 @@
 #include <string_view>
 
 #include "JsonPointer.h"
+#include "TextPieces.h"
 
 namespace StateLoader {
 
 struct Node {
    simdjson::dom::element value;
    Where const& where;
+   // For a value read from the text piece by piece: its place there, so that it can be kept and
+   // read again later.
+   TextValue const* text = nullptr;
+   // An object left to be read member by member; `value` is then unset.
+   bool unparsed = false;
 };
 
 simdjson::dom::object asObject(Node const& node);
@@ -33,9 +39,37 @@ void forEachElement(Node const& list, Visit&& visit) {
    }
 }
 
-// Calls visit(key, node) for every member of an object whose keys are names.
+// A reference to a visitor of members, so that the walk over an object's text is not a template.
+class MemberVisitor {
+ public:
+   template <typename Visit>
+   MemberVisitor(Visit& visit) noexcept  // NOLINT: stands for the visitor it refers to
+       : visit_(const_cast<void*>(static_cast<void const*>(&visit))),
+         call_([](void* target, std::string_view key, Node const& node) {
+            (*static_cast<Visit*>(target))(key, node);
+         }) {}
+
+   void operator()(std::string_view key, Node const& node) const { call_(visit_, key, node); }
+
+ private:
+   void* visit_;
+   void (*call_)(void*, std::string_view, Node const&);
+};
+
+// What becomes of an object's text once its members have been read from it: let go, or kept to
+// be read again.
+enum class Behind { released, kept };
+
+// Calls visit(key, node) for every member of an object read member by member from the text.
+void forEachTextMember(Node const& object, MemberVisitor visit, Behind behind);
+
+// Calls visit(key, node) for every member of an object, in document order.
 template <typename Visit>
-void forEachMember(Node const& object, Visit&& visit) {
+void forEachMember(Node const& object, Visit&& visit, Behind behind = Behind::released) {
+   if (object.unparsed) {
+      forEachTextMember(object, MemberVisitor(visit), behind);
+      return;
+   }
    for (auto const [key, value] : asObject(object)) {
       Where const where = object.where.member(key);
       visit(key, Node{value, where});

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "Node.h"
+#include "TextMembers.h"
 
 namespace StateLoader {
 
@@ -30,26 +31,27 @@ unsigned readingThreads(std::size_t members);
 
 }  // namespace detail
 
-// Calls read(key, node) for every member of an object, on any thread, then enter(key, node,
+// Calls read(key, node) for every member of an object, on any thread, then enter(key, where,
 // result) on this thread for every member in document order. `read` must touch nothing that is
 // shared but the document.
 template <typename Read, typename Enter>
 void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
    using Result = std::invoke_result_t<Read&, std::string_view, Node const&>;
-   std::vector<std::pair<std::string_view, simdjson::dom::element>> members;
-   for (auto const [key, value] : asObject(object)) {
-      members.emplace_back(key, value);
-   }
+   MemberList const members(object);
    std::vector<Result> results(members.size());
    std::vector<std::exception_ptr> faults(members.size());
    std::atomic<std::size_t> next{0};
    // Members after a failed one are not read: the walk in order stops at the first fault.
    std::atomic<std::size_t> firstFault{members.size()};
    auto const readMembers = [&] {
+      PieceParser parser;
       for (auto index = next++; index < firstFault.load(); index = next++) {
-         Where const where = object.where.member(members[index].first);
+         auto readOne = [&](std::string_view key, Node const& value) {
+            results[index] = read(key, value);
+         };
          try {
-            results[index] = read(members[index].first, Node{members[index].second, where});
+            members.visit(index, parser, readOne);
+            members.release(index);
          } catch (...) {
             faults[index] = std::current_exception();
             for (auto seen = firstFault.load(); index < seen;) {
@@ -72,8 +74,9 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
       if (faults[index]) {
          std::rethrow_exception(faults[index]);
       }
-      Where const where = object.where.member(members[index].first);
-      enter(members[index].first, Node{members[index].second, where}, std::move(results[index]));
+      auto const key = members.key(index);
+      Where const where = object.where.member(key);
+      enter(key, where, std::move(results[index]));
    }
 }
 

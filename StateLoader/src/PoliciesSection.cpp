@@ -99,11 +99,11 @@ void readTrafficPolicies(Node const& node, DeviceState& state) {
           policy->currCfgIs(std::move(contents));
           return policy;
        },
-       [&state](std::string_view key, Node const& value,
+       [&state](std::string_view key, Where const& where,
                 Kel::Ptr<PolicyMap::PolicyMapConfig> policy) {
           auto const name = policy->name();
           if (!insertedNew(state.config->policyMapConfig(), name, std::move(policy))) {
-             failDuplicateKey(value.where, key);
+             failDuplicateKey(where, key);
           }
        });
 }

@@ -88,15 +88,33 @@ bool isSameFile(struct stat const& before, struct stat const& after) {
 
 }  // namespace
 
+void failFileChanged() {
+   failFile("the file changed while it was read; try again once it is written");
+}
+
 FileBytes::FileBytes(FileBytes&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)),
       size_(std::exchange(other.size_, 0)),
-      capacity_(std::exchange(other.capacity_, 0)) {}
+      capacity_(std::exchange(other.capacity_, 0)),
+      status_(other.status_) {}
 
 FileBytes::~FileBytes() {
    if (data_) {
       ::munmap(data_, capacity_);
    }
+}
+
+void FileBytes::release(std::size_t begin, std::size_t end) const noexcept {
+   auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+   auto const first = (begin + page - 1) / page * page;
+   auto const last = end / page * page;
+   if (first < last) {
+      ::madvise(data_ + first, last - first, MADV_DONTNEED);
+   }
+}
+
+bool FileBytes::isSameFileAs(FileBytes const& other) const noexcept {
+   return isSameFile(status_, other.status_);
 }
 
 void FileBytes::capacityIs(std::size_t capacity) {
@@ -145,11 +163,12 @@ FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_
       }
    }
    if (expected != 0 && (size != expected || !isSameFile(before, file.status()))) {
-      failFile("the file changed while it was read; try again once it is written");
+      failFileChanged();
    }
    if (size == 0) {
       failFile("the file is empty");
    }
+   bytes.status_ = before;
    // The parser reads into the spare room, which fresh pages hold as zeros.
    return bytes;
 }

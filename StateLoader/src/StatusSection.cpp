@@ -149,10 +149,10 @@ void readPolicyStatuses(Node const& node, DirectionTarget& target) {
           return readPolicyStatus(value, checkedName(key, "policy name", value.where),
                                   target.sharedMemoryCounters);
        },
-       [&target](std::string_view key, Node const& value, ReadPolicyStatus read) {
+       [&target](std::string_view key, Where const& where, ReadPolicyStatus read) {
           auto const name = read.status->name();
           if (target.direction.status->policyMapStatus().contains(name)) {
-             failDuplicateKey(value.where, key);
+             failDuplicateKey(where, key);
           }
           if (read.table) {
              target.direction.counterTable->policyMapCounters().insertOrAssign(

@@ -1,12 +1,13 @@
-// The benchmark's scale-state generator: what it writes loads (the schema check reads it with an
-// independent validator) and holds the numbers of policies, rules, interfaces and prefixes it was
-// asked for; the state set beside a packet filter's ruleset holds its one policy of that many
-// rules.
+// The benchmark's scale-state generator: what it writes loads, whole and in the finest pieces alike
+// (the schema check reads it with an independent validator), and holds the numbers of policies,
+// rules, interfaces and prefixes it was asked for; the state set beside a packet filter's ruleset
+// holds its one policy of that many rules.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <string>
 
+#include "PieceLoader.h"
 #include "StateLoader/Loader.h"
 #include "support/TempStateFiles.h"
 
@@ -27,6 +28,24 @@ std::string generatorCommand(ScaleCase const& scale, std::string const& output) 
           " --prefixes " + std::to_string(scale.prefixes) + " --output " + output;
 }
 
+// What a state of the given scale holds, whether its file was read whole or in the finest pieces.
+void expectScale(Kel::Expected<StateLoader::DeviceState> const& loaded, ScaleCase const& row,
+                 std::string const& name) {
+   ASSERT_TRUE(loaded) << loaded.reason();
+   auto const& state = loaded.value();
+   ASSERT_EQ(state.config->policyMapConfig().size(), row.policies) << name;
+   for (auto const& [policyName, policy] : state.config->policyMapConfig()) {
+      EXPECT_EQ(policy->currCfg()->rule().size(), row.rules) << name << " " << policyName.view();
+   }
+   EXPECT_EQ(state.intfConfigInput->intf().size(), row.interfaces) << name;
+   EXPECT_EQ(state.l3IntfStatusDir->intfStatus().size(), row.interfaces) << name;
+   ASSERT_EQ(state.fieldSetConfig->fieldSetIpPrefix().size(), row.prefixSets) << name;
+   for (auto const& [setName, set] : state.fieldSetConfig->fieldSetIpPrefix()) {
+      EXPECT_EQ(set->currCfg()->numPrefixes(), row.prefixes) << name << " " << setName.view();
+   }
+   EXPECT_EQ(state.interfaceInput.status->policyMapStatus().size(), row.policies) << name;
+}
+
 TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
    testing_support::TempStateFiles const files;
    ScaleCase const cases[] = {{1, 1, 1, 1, 1}, {2, 30, 5, 3, 1000}};
@@ -34,20 +53,9 @@ TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
       std::string const name = std::to_string(row.policies) + "x" + std::to_string(row.rules);
       auto const path = (files.folder() / (name + ".json")).string();
       ASSERT_EQ(std::system(generatorCommand(row, path).c_str()), 0) << name;
-      auto const loaded = StateLoader::loadState(path);
-      ASSERT_TRUE(loaded) << loaded.reason();
-      auto const& state = loaded.value();
-      ASSERT_EQ(state.config->policyMapConfig().size(), row.policies) << name;
-      for (auto const& [policyName, policy] : state.config->policyMapConfig()) {
-         EXPECT_EQ(policy->currCfg()->rule().size(), row.rules) << name << " " << policyName.view();
+      for (auto const& limits : {StateLoader::PieceLimits{}, StateLoader::PieceLimits{1, 1}}) {
+         expectScale(StateLoader::loadState(path, limits), row, name);
       }
-      EXPECT_EQ(state.intfConfigInput->intf().size(), row.interfaces) << name;
-      EXPECT_EQ(state.l3IntfStatusDir->intfStatus().size(), row.interfaces) << name;
-      ASSERT_EQ(state.fieldSetConfig->fieldSetIpPrefix().size(), row.prefixSets) << name;
-      for (auto const& [setName, set] : state.fieldSetConfig->fieldSetIpPrefix()) {
-         EXPECT_EQ(set->currCfg()->numPrefixes(), row.prefixes) << name << " " << setName.view();
-      }
-      EXPECT_EQ(state.interfaceInput.status->policyMapStatus().size(), row.policies) << name;
    }
 }
 

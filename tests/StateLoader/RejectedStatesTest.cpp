@@ -1,5 +1,6 @@
 // The catalogue of bad state files: each row is a file and the one line the loader must answer
-// with, pointer and message exact. The rows of content faults live in data/rejected-states.txt.
+// with, pointer and message exact, whether the file is read whole or cut into the finest pieces.
+// The rows of content faults live in data/rejected-states.txt.
 // Rows whose JSON is well formed are first read by an independent parser, so that a row meant to
 // test a content check cannot pass by being broken JSON.
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "PieceLoader.h"
 #include "StateLoader/Loader.h"
 #include "support/CapturedOutput.h"
 #include "support/DataCases.h"
@@ -70,6 +72,9 @@ std::vector<RejectedCase> syntaxCases() {
    return cases;
 }
 
+// Every object of more than a byte read member by member, every member parsed on its own.
+constexpr StateLoader::PieceLimits kFinestPieces{1, 1};
+
 void expectRejected(std::vector<RejectedCase> const& cases, bool wellFormed) {
    TempStateFiles const files;
    for (RejectedCase const& row : cases) {
@@ -77,12 +82,15 @@ void expectRejected(std::vector<RejectedCase> const& cases, bool wellFormed) {
       if (wellFormed) {
          testing_support::parseJson(row.input);
       }
-      auto const loaded = StateLoader::loadState(path);
-      if (loaded) {
-         ADD_FAILURE() << row.name << ": loaded";
-         continue;
+      for (auto const& limits : {StateLoader::PieceLimits{}, kFinestPieces}) {
+         auto const loaded = StateLoader::loadState(path, limits);
+         if (loaded) {
+            ADD_FAILURE() << row.name << ": loaded";
+            continue;
+         }
+         EXPECT_EQ(loaded.reason(), path + ": " + row.expected)
+             << row.name << (limits.piece == 1 ? " (finest pieces)" : "");
       }
-      EXPECT_EQ(loaded.reason(), path + ": " + row.expected) << row.name;
    }
 }
 
@@ -147,6 +155,30 @@ TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
       ASSERT_FALSE(loaded) << row.name;
       EXPECT_EQ(loaded.reason(), path + ": " + row.expected) << row.name;
    }
+}
+
+// A large file's pages are let go as its rules are read. A fault found late is still told as for
+// a file read whole, the text around it read again from the file: a content fault when the text
+// is well formed, else the fault of the text, even one after the content fault.
+TEST(RejectedStates, LateFaultsOfALargeFileAreToldAsForAFileReadWhole) {
+   std::string rules;
+   for (int index = 0; index < 20000; ++index) {
+      rules +=
+          "\"r" + std::to_string(index) + "\": {\"sequence\": " + std::to_string(index + 1) + "}, ";
+   }
+   auto const withEnd = [&rules](std::string_view end) {
+      return R"({"trafficPolicies": {"p": {"rules": {)" + rules +
+             R"("late": {"sequence": "x"}}}})" + std::string(end);
+   };
+   auto const textFault = withEnd("]");
+   std::vector<RejectedCase> const cases = {
+       {"content fault", withEnd("}"),
+        "/trafficPolicies/p/rules/late/sequence: expected a whole number from 0 to 4294967295, "
+        "found a string"},
+       {"text fault after a content fault", textFault,
+        "expected ',' or '}', found ']' (line 1, column " + std::to_string(textFault.size()) + ")"},
+   };
+   expectRejected(cases, false);
 }
 
 TEST(RejectedStates, FileProblemsNameTheFile) {
