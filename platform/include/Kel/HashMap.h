@@ -10,6 +10,7 @@
 namespace Kel {
 
 template <typename K, typename V, typename Hash = std::hash<K>>
-class HashMap : public detail::CountedMap<std::unordered_map<K, V, Hash>> {};
+class HashMap : public detail::CountedMap<detail::WithChangeCount<std::unordered_map<K, V, Hash>>> {
+};
 
 }  // namespace Kel

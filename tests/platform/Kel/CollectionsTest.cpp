@@ -114,6 +114,29 @@ TEST(OrderedMap, ChangeCountMovesOnInsertAndDeleteOnly) {
    EXPECT_EQ(map.changeCount(), 4u);
 }
 
+// The change count is kept with the first chunk of entries: it must survive that chunk emptying
+// and the next one taking its place, and a copy must own its chunks.
+TEST(OrderedMap, ChangeCountSurvivesTheFirstChunkEmptying) {
+   IntMap map;
+   for (int key = 0; key < 300; ++key) {
+      insert(map, key);
+   }
+   IntMap const copy = map;
+   for (int key = 0; key < 200; ++key) {
+      map.erase(key);
+   }
+   EXPECT_EQ(map.changeCount(), 500u);
+   EXPECT_EQ(map.size(), 100u);
+   EXPECT_EQ(map.begin()->first, 200);
+   EXPECT_EQ(copy.changeCount(), 300u);
+   ASSERT_EQ(copy.size(), 300u);
+   EXPECT_EQ(*copy.lookup(150), "150");
+   map.clear();
+   EXPECT_EQ(map.changeCount(), 501u);
+   insert(map, 7);
+   EXPECT_EQ(map.changeCount(), 502u);
+}
+
 // Ordered maps keep their entries in chunks; thousands of keys in every arrival order (appends,
 // inserts in front, scrambled), then every third key erased, must read back exactly like a tree.
 TEST(OrderedMap, AgreesWithATreeAcrossChunks) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Kel/String.h"
+#include "support/AllocationCounter.h"
 
 namespace {
 
@@ -42,6 +43,37 @@ TEST(StringOrder, AgreesWithTheStandardStringAtEveryLengthAndPlace) {
             expectSameOrder(base, other);
          }
       }
+   }
+}
+
+// A name is copied into every map and entity that holds it: copies share one text, allocate
+// nothing, outlive the original, and a change to one copy leaves the others as they were. The
+// lengths cross the boundary between texts kept inline and texts kept in a shared block.
+TEST(StringCopies, ShareTheTextAndStayIndependent) {
+   constexpr auto kInline = Kel::String::kInlineCapacity;
+   for (std::size_t const length : {std::size_t{0}, std::size_t{1}, kInline, kInline + 1, 40ul}) {
+      std::string const text(length, 'x');
+      SCOPED_TRACE(testing::Message() << "length " << length);
+      Kel::String copy;
+      Kel::String assigned;
+      {
+         Kel::String const original(text);
+         auto const before = testing_support::allocationCount();
+         copy = original;
+         assigned = Kel::String(copy);
+         EXPECT_EQ(testing_support::allocationCount(), before);
+         if (length > kInline) {
+            EXPECT_EQ(copy.data(), original.data());
+         }
+      }
+      Kel::String moved(std::move(assigned));
+      EXPECT_TRUE(assigned.empty());
+      EXPECT_EQ(copy.view(), text);
+      EXPECT_EQ(moved, copy);
+      EXPECT_EQ(moved.data()[length], '\0');
+      moved += "!";
+      EXPECT_EQ(moved.view(), text + "!");
+      EXPECT_EQ(copy.view(), text);
    }
 }
 

@@ -1,6 +1,8 @@
-// What every object-model collection shares: a standard container plus a change count that moves
-// on every insert of a new key and every delete. The change count is what lets a walk over live
-// state notice that the collection changed under it (see RobustWalk.h).
+// What every object-model collection shares: a container plus a change count that moves on every
+// insert of a new key and every delete. The change count is what lets a walk over live state
+// notice that the collection changed under it (see RobustWalk.h). The container keeps the count
+// (the ordered ones keep it with their entries, so that an empty collection costs one word);
+// WithChangeCount gives one to a standard container.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +21,7 @@ class CountedCollection {
    bool empty() const noexcept { return items_.empty(); }
    // True when the collection holds anything, so that "!filter->sources()" reads as "no sources".
    explicit operator bool() const noexcept { return !items_.empty(); }
-   std::uint64_t changeCount() const noexcept { return changeCount_; }
+   std::uint64_t changeCount() const noexcept { return items_.changeCount(); }
 
    iterator begin() noexcept { return items_.begin(); }
    iterator end() noexcept { return items_.end(); }
@@ -34,24 +36,38 @@ class CountedCollection {
       if (items_.erase(key) == 0) {
          return false;
       }
-      ++changeCount_;
+      items_.countChange();
       return true;
    }
    iterator erase(const_iterator position) {
-      ++changeCount_;
-      return items_.erase(position);
+      auto next = items_.erase(position);
+      items_.countChange();
+      return next;
    }
    void clear() noexcept {
       if (!items_.empty()) {
          items_.clear();
-         ++changeCount_;
+         items_.countChange();
       }
    }
 
  protected:
-   void noteInserted(bool inserted) noexcept { changeCount_ += inserted ? 1 : 0; }
+   void noteInserted(bool inserted) noexcept {
+      if (inserted) {
+         items_.countChange();
+      }
+   }
 
    Container items_;
+};
+
+template <typename Container>
+class WithChangeCount : public Container {
+ public:
+   std::uint64_t changeCount() const noexcept { return changeCount_; }
+   void countChange() noexcept { ++changeCount_; }
+
+ private:
    std::uint64_t changeCount_ = 0;
 };
 

@@ -7,12 +7,18 @@
 //
 // Unlike a tree, an insert or erase may move entries: references and iterators stay valid only
 // while the collection's change count stays the same (see RobustWalk.h).
+//
+// A collection is one word: the address of its first chunk, whose header also holds the change
+// count and the later chunks. A rule's filter holds a dozen collections and uses two or three, so
+// an empty collection allocates nothing, and a small one is a single allocation of its entries.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -22,8 +28,117 @@ namespace Kel::detail {
 
 template <typename Value, typename KeyOf>
 class SortedChunks {
-   using Chunk = std::vector<Value>;
+   static_assert(std::is_nothrow_move_constructible_v<Value> &&
+                 std::is_nothrow_move_assignable_v<Value>);
    static constexpr std::size_t kChunkCapacity = 128;
+
+   struct MoreChunks;
+
+   // Up to kChunkCapacity entries in one allocation, after a header.
+   class Chunk {
+      struct Header {
+         // Of the whole collection, kept in its first chunk only.
+         std::uint64_t changeCount = 0;
+         MoreChunks* more = nullptr;
+         std::uint32_t size = 0;
+         std::uint32_t capacity = 0;
+      };
+      static_assert(alignof(Value) <= alignof(Header));
+
+    public:
+      Chunk() noexcept = default;
+      Chunk(Chunk const& other) {
+         if (!other.empty()) {
+            reserve(other.size());
+            std::uninitialized_copy(other.begin(), other.end(), begin());
+            header_->size = other.header_->size;
+         }
+      }
+      Chunk(Chunk&& other) noexcept : header_(std::exchange(other.header_, nullptr)) {}
+      Chunk& operator=(Chunk&& other) noexcept {
+         Chunk(std::move(other)).swap(*this);
+         return *this;
+      }
+      ~Chunk() {
+         if (header_) {
+            std::destroy(begin(), end());
+            ::operator delete(header_);
+         }
+      }
+      void swap(Chunk& other) noexcept { std::swap(header_, other.header_); }
+
+      std::size_t size() const noexcept { return header_ ? header_->size : 0; }
+      std::size_t capacity() const noexcept { return header_ ? header_->capacity : 0; }
+      bool empty() const noexcept { return size() == 0; }
+      Value* begin() noexcept { return entries(); }
+      Value* end() noexcept { return entries() + size(); }
+      Value const* begin() const noexcept { return entries(); }
+      Value const* end() const noexcept { return entries() + size(); }
+      Value& operator[](std::size_t index) noexcept { return entries()[index]; }
+      Value const& operator[](std::size_t index) const noexcept { return entries()[index]; }
+      Value& back() noexcept { return entries()[size() - 1]; }
+      Value const& back() const noexcept { return entries()[size() - 1]; }
+
+      std::uint64_t changeCount() const noexcept { return header_ ? header_->changeCount : 0; }
+      MoreChunks* more() const noexcept { return header_ ? header_->more : nullptr; }
+      // Only once the chunk holds (or held) an entry.
+      Header& header() noexcept { return *header_; }
+
+      void reserve(std::size_t capacity) {
+         if (capacity > this->capacity()) {
+            reallocate(capacity);
+         }
+      }
+      void shrinkToFit() {
+         if (size() < capacity()) {
+            reallocate(size());
+         }
+      }
+      void insert(std::size_t position, Value value) {
+         if (size() == capacity()) {
+            reserve(std::max<std::size_t>(1, std::min(kChunkCapacity, 2 * size())));
+         }
+         auto* at = begin() + position;
+         if (at == end()) {
+            new (at) Value(std::move(value));
+         } else {
+            new (end()) Value(std::move(back()));
+            std::move_backward(at, end() - 1, end());
+            *at = std::move(value);
+         }
+         ++header_->size;
+      }
+      void push_back(Value value) { insert(size(), std::move(value)); }
+      void erase(std::size_t position) {
+         std::move(begin() + position + 1, end(), begin() + position);
+         truncate(size() - 1);
+      }
+      void truncate(std::size_t count) noexcept {
+         if (count < size()) {
+            std::destroy(begin() + count, end());
+            header_->size = static_cast<std::uint32_t>(count);
+         }
+      }
+
+    private:
+      Value* entries() const noexcept { return reinterpret_cast<Value*>(header_ + 1); }
+
+      void reallocate(std::size_t capacity) {
+         auto* moved = new (::operator new(sizeof(Header) + capacity * sizeof(Value))) Header{};
+         moved->capacity = static_cast<std::uint32_t>(capacity);
+         if (header_) {
+            std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
+            moved->changeCount = header_->changeCount;
+            moved->more = header_->more;
+            moved->size = header_->size;
+            std::destroy(begin(), end());
+            ::operator delete(header_);
+         }
+         header_ = moved;
+      }
+
+      Header* header_ = nullptr;
+   };
 
    // The chunks after the first, which only large collections have.
    struct MoreChunks {
@@ -43,10 +158,13 @@ class SortedChunks {
    using value_type = Value;
    using size_type = std::size_t;
 
-   SortedChunks() = default;
+   SortedChunks() noexcept = default;
    SortedChunks(SortedChunks const& other) : first_(other.first_) {
-      if (other.more_) {
-         more_ = std::make_unique<MoreChunks>(*other.more_);
+      if (!first_.empty()) {
+         first_.header().changeCount = other.changeCount();
+      }
+      if (auto const* more = other.more()) {
+         first_.header().more = new MoreChunks(*more);
       }
    }
    SortedChunks& operator=(SortedChunks const& other) {
@@ -55,8 +173,17 @@ class SortedChunks {
       }
       return *this;
    }
-   SortedChunks(SortedChunks&&) noexcept = default;
-   SortedChunks& operator=(SortedChunks&&) noexcept = default;
+   SortedChunks(SortedChunks&& other) noexcept = default;
+   SortedChunks& operator=(SortedChunks&& other) noexcept {
+      SortedChunks(std::move(other)).first_.swap(first_);
+      return *this;
+   }
+   ~SortedChunks() { delete more(); }
+
+   // Moves on every insert of a new key and every delete; kept here so that it costs an empty
+   // collection nothing.
+   std::uint64_t changeCount() const noexcept { return first_.changeCount(); }
+   void countChange() noexcept { ++first_.header().changeCount; }
 
    template <bool isConst>
    class Iterator {
@@ -116,7 +243,7 @@ class SortedChunks {
    using iterator = Iterator<false>;
    using const_iterator = Iterator<true>;
 
-   std::size_t size() const noexcept { return more_ ? more_->size : first_.size(); }
+   std::size_t size() const noexcept { return more() ? more()->size : first_.size(); }
    bool empty() const noexcept { return first_.empty(); }
 
    iterator begin() noexcept { return {this, {}}; }
@@ -140,8 +267,11 @@ class SortedChunks {
    }
    iterator erase(const_iterator position) { return {this, eraseAt(position.place_)}; }
    void clear() noexcept {
-      first_.clear();
-      more_.reset();
+      delete more();
+      if (!first_.empty()) {
+         first_.header().more = nullptr;
+      }
+      first_.truncate(0);
    }
 
  protected:
@@ -163,14 +293,15 @@ class SortedChunks {
    static key_type const& keyOf(Value const& value) { return KeyOf{}(value); }
 
    // Chunk 0 lives in the collection itself, so that a small collection is one allocation.
+   MoreChunks* more() const noexcept { return first_.more(); }
    std::size_t chunkCount() const noexcept {
-      return empty() ? 0 : 1 + (more_ ? more_->chunks.size() : 0);
+      return empty() ? 0 : 1 + (more() ? more()->chunks.size() : 0);
    }
    Chunk const& chunk(std::size_t index) const noexcept {
-      return index == 0 ? first_ : more_->chunks[index - 1];
+      return index == 0 ? first_ : more()->chunks[index - 1];
    }
    Chunk& chunk(std::size_t index) noexcept {
-      return index == 0 ? first_ : more_->chunks[index - 1];
+      return index == 0 ? first_ : more()->chunks[index - 1];
    }
    Chunk& lastChunk() noexcept { return chunk(chunkCount() - 1); }
 
@@ -218,8 +349,9 @@ class SortedChunks {
    }
 
    void sizeChangedBy(std::ptrdiff_t change) noexcept {
-      if (more_) {
-         more_->size = static_cast<std::size_t>(static_cast<std::ptrdiff_t>(more_->size) + change);
+      if (auto* chunks = more()) {
+         chunks->size =
+             static_cast<std::size_t>(static_cast<std::ptrdiff_t>(chunks->size) + change);
       }
    }
 
@@ -247,18 +379,17 @@ class SortedChunks {
       if (target.size() == target.capacity()) {
          target.reserve(std::min(kChunkCapacity, target.size() + target.size() / 2 + 1));
       }
-      target.insert(target.begin() + static_cast<std::ptrdiff_t>(place.position), std::move(value));
+      target.insert(place.position, std::move(value));
       return place;
    }
 
    // Puts a chunk at `index` (from 1 up), moving the later ones along.
    void addChunk(std::size_t index, Chunk added) {
-      if (!more_) {
-         more_ = std::make_unique<MoreChunks>();
-         more_->size = first_.size() + added.size();
+      if (!more()) {
+         first_.header().more = new MoreChunks{{}, first_.size() + added.size()};
       }
-      more_->chunks.insert(more_->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1),
-                           std::move(added));
+      more()->chunks.insert(more()->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1),
+                            std::move(added));
    }
 
    // Moves the upper half of a full chunk into a new chunk after it; both halves keep only the
@@ -268,10 +399,11 @@ class SortedChunks {
       auto const half = lower.size() / 2;
       Chunk upper;
       upper.reserve(lower.size() - half);
-      std::move(lower.begin() + static_cast<std::ptrdiff_t>(half), lower.end(),
-                std::back_inserter(upper));
-      lower.resize(half);
-      lower.shrink_to_fit();
+      for (auto* moved = lower.begin() + half; moved != lower.end(); ++moved) {
+         upper.push_back(std::move(*moved));
+      }
+      lower.truncate(half);
+      lower.shrinkToFit();
       addChunk(place.chunk + 1, std::move(upper));
       return place.position < half ? place : Place{place.chunk + 1, place.position - half};
    }
@@ -279,7 +411,7 @@ class SortedChunks {
    Place eraseAt(Place place) {
       sizeChangedBy(-1);
       auto& target = chunk(place.chunk);
-      target.erase(target.begin() + static_cast<std::ptrdiff_t>(place.position));
+      target.erase(place.position);
       if (target.empty()) {
          removeEmptyChunk(place.chunk);
          return {place.chunk, 0};
@@ -288,21 +420,26 @@ class SortedChunks {
    }
 
    void removeEmptyChunk(std::size_t index) {
-      if (!more_) {
+      auto* chunks = more();
+      if (!chunks) {
          return;  // the collection is now empty
       }
       if (index == 0) {
-         first_ = std::move(more_->chunks.front());
+         // The second chunk becomes the first and takes over the collection's part of the header.
+         auto const changeCount = first_.changeCount();
+         first_ = std::move(chunks->chunks.front());
+         first_.header().changeCount = changeCount;
+         first_.header().more = chunks;
          index = 1;
       }
-      more_->chunks.erase(more_->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1));
-      if (more_->chunks.empty()) {
-         more_.reset();
+      chunks->chunks.erase(chunks->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1));
+      if (chunks->chunks.empty()) {
+         delete chunks;
+         first_.header().more = nullptr;
       }
    }
 
    Chunk first_;
-   std::unique_ptr<MoreChunks> more_;
 };
 
 struct KeyOfEntry {
