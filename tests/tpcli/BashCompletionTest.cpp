@@ -32,7 +32,8 @@ TEST(BashCompletionTest, CompletesKeywordsAndTheNamesOfTheStateInUse) {
    };
    auto const lab = shellQuoted(EXAMPLES_DIR "/lab.json");
    Row const rows[] = {
-       {"''", "clear show shell\n"},
+       {"''", "clear show metrics shell\n"},
+       {"me", "metrics\n"},
        {"sh tr ''", "cpu field-set interface policy\n"},
        {"-s " + lab + " --json sh tr po ed", "edge-in edge-out\n"},
        {"--state=" + lab + " sh tr fi ipv4 prefix ''",

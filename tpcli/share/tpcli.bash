@@ -43,8 +43,11 @@ _tpcli() {
    done
    mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" "${options[@]}" --complete -- "${command[@]}" \
       "$cur" 2>/dev/null)
-   if ((${#command[@]} == 0)) && [[ shell == "$cur"* ]]; then
-      COMPREPLY+=(shell)
+   # The two commands outside the show and clear grammar.
+   if ((${#command[@]} == 0)); then
+      for extra in metrics shell; do
+         [[ $extra == "$cur"* ]] && COMPREPLY+=("$extra")
+      done
    fi
 }
 complete -F _tpcli tpcli

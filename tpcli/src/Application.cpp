@@ -84,12 +84,12 @@ ExitCode runInvocation(std::vector<std::string> arguments) {
    if (options.traceLevel) {
       Kel::traceSpecIs(std::to_string(*options.traceLevel));
    }
-   if (isMetricsCommand(options)) {
-      return metrics(options);
-   }
    if (options.complete) {
       writeStandardOutput(wordCompletions(options));
       return ExitCode::done;
+   }
+   if (isMetricsCommand(options)) {
+      return metrics(options);
    }
    if (wantsShell(options)) {
       return runShell(options);
