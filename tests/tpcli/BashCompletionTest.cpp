@@ -2,8 +2,6 @@
 // of command lines through the built tpcli.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 #include "support/Terminal.h"
 
 namespace tpcli_test {
@@ -15,14 +13,7 @@ std::string completed(std::string const& words) {
                        shellQuoted(TPCLI_EXECUTABLE) + " " + words +
                        "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _tpcli; "
                        "echo \"${COMPREPLY[*]}\"";
-   auto* pipe = ::popen(("bash -c " + shellQuoted(script)).c_str(), "r");
-   std::string text;
-   char buffer[1024];
-   for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
-      text.append(buffer, got);
-   }
-   ::pclose(pipe);
-   return text;
+   return output("bash -c " + shellQuoted(script));
 }
 
 TEST(BashCompletionTest, CompletesKeywordsAndTheNamesOfTheStateInUse) {

@@ -23,20 +23,6 @@ constexpr std::chrono::milliseconds kPoll{50};
 // terminal close before the command's end and then not know its code.
 constexpr std::string_view kExited = "[exited ";
 
-std::string output(std::string const& command) {
-   auto* pipe = ::popen(command.c_str(), "r");
-   if (!pipe) {
-      throw std::runtime_error("cannot run " + command);
-   }
-   std::string text;
-   char buffer[4096];
-   for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
-      text.append(buffer, got);
-   }
-   ::pclose(pipe);
-   return text;
-}
-
 template <typename Done>
 bool pollUntil(Done done) {
    auto const deadline = std::chrono::steady_clock::now() + kPatience;
@@ -50,6 +36,20 @@ bool pollUntil(Done done) {
 }
 
 }  // namespace
+
+std::string output(std::string const& command) {
+   auto* pipe = ::popen(command.c_str(), "r");
+   if (!pipe) {
+      throw std::runtime_error("cannot run " + command);
+   }
+   std::string text;
+   char buffer[4096];
+   for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
+      text.append(buffer, got);
+   }
+   ::pclose(pipe);
+   return text;
+}
 
 std::string shellQuoted(std::string const& text) {
    std::string quoted = "'";

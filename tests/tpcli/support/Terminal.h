@@ -35,6 +35,9 @@ class Terminal {
    std::string socket_;
 };
 
+// What `command` (for sh) writes on standard output.
+std::string output(std::string const& command);
+
 // `text` quoted for sh.
 std::string shellQuoted(std::string const& text);
 
