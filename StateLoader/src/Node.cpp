@@ -54,6 +54,9 @@ std::string decimalText(double number) {
 
 // What a number that is not a whole number in range was.
 std::string numberText(Node const& node) {
+   if (node.unparsed) {
+      return found(node);
+   }
    auto const& value = node.value;
    switch (value.type()) {
       case element_type::INT64:
