@@ -9,6 +9,7 @@
 #include "Kel/Value.h"
 #include "TrafficPolicyCli/CommandOutput.h"
 #include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/RuleEntities.h"
 #include "TrafficPolicyCli/Trace.h"
 
 namespace TrafficPolicyCli {
@@ -21,14 +22,6 @@ template <typename Map>
 typename Map::mapped_type valueOr(Map const& map, typename Map::key_type const& key) {
    auto const* value = map.lookup(key);
    return value ? *value : typename Map::mapped_type();
-}
-
-// The entity a map of counted pointers holds under the key, without taking a reference: for
-// entities read and let go before anything else runs.
-template <typename Map>
-auto const* entityAt(Map const& map, typename Map::key_type const& key) {
-   auto const* value = map.lookup(key);
-   return value ? value->get() : nullptr;
 }
 
 }  // namespace
@@ -241,78 +234,76 @@ void ShowTrafficPolicyBase::cacheClassState(
    KEL_ASSERT(policyStatus);
 
    std::vector<Kel::String> ruleNames;
+   ruleNames.reserve(pmapSubConfig->rule().size());
    Kel::robustWalk(pmapSubConfig->rule(), [&ruleNames](std::uint32_t, Kel::String name) {
       ruleNames.push_back(std::move(name));
    });
+   auto rules = ruleEntitiesByName(ruleNames, *policyStatus, *pmapSubConfig);
 
    // A policy applied in both directions is cached once per direction, and the two statuses may
    // list different rules. The record shows every rule that either pass processed, once and in
    // sequence order, with the match of the latest pass that processed it. Both passes walk the
-   // same rules in the same order, so the rules an earlier pass left are met in step.
+   // same rules in the same order, so the rules an earlier pass left are met in step. The match to
+   // show is left in the rule's entry; an entry without one is not shown.
    auto const& earlierNames = record->ruleNames();
    auto earlier = earlierNames.begin();
-   std::vector<std::pair<std::size_t, Kel::Ptr<PolicyMap::ClassMapMatch const>>> shown;
-   shown.reserve(ruleNames.size());
    std::uint32_t ruleIndex = 0;
+   std::uint32_t shownCount = 0;
    for (std::size_t position = 0; position < ruleNames.size(); ++position) {
       auto const& name = ruleNames[position];
+      auto& rule = rules[position];
       bool const cachedEarlier = earlier != earlierNames.end() && (*earlier).value == name;
-      auto match = cacheProcessedRule(*record, *policyStatus, *pmapSubConfig, name, ruleIndex);
-      if (match) {
+      if (cacheProcessedRule(*record, policyName, name, rule, ruleIndex)) {
          ++ruleIndex;
       } else if (cachedEarlier) {
-         match = *record->classMapConfig().lookup((*earlier).index);
+         rule.match = *record->classMapConfig().lookup((*earlier).index);
       }
       if (cachedEarlier) {
          ++earlier;
       }
-      if (match) {
-         shown.emplace_back(position, std::move(match));
-      }
+      shownCount += rule.match ? 1 : 0;
    }
    TP_TRACE(4) << "ruleCount " << ruleIndex << ", total class count " << ruleNames.size();
    record->ruleCountIs(ruleIndex);
 
+   // Filled from the last index down, so that both arrays are sized once, to the rules shown,
+   // instead of doubling on the way up.
    record->classMapConfigDelAll();
-   for (std::uint32_t index = 0; index < shown.size(); ++index) {
-      auto& [position, match] = shown[index];
-      record->classMapConfigIs(index, std::move(ruleNames[position]), std::move(match));
+   for (auto position = ruleNames.size(); position-- > 0;) {
+      if (auto& match = rules[position].match) {
+         record->classMapConfigIs(--shownCount, std::move(ruleNames[position]), std::move(match));
+      }
    }
 }
 
-Kel::Ptr<PolicyMap::ClassMapMatch const> ShowTrafficPolicyBase::cacheProcessedRule(
-    PolicyState& record, PolicyMap::PolicyMapStatus const& policyStatus,
-    PolicyMap::PolicyMapSubConfig const& pmapSubConfig, Kel::String const& name,
-    std::uint32_t ruleIndex) {
-   auto const cmapStatus = valueOr(policyStatus.classMapStatus(), name);
+bool ShowTrafficPolicyBase::cacheProcessedRule(PolicyState& record, Kel::String const& policyName,
+                                               Kel::String const& name, RuleEntities& rule,
+                                               std::uint32_t ruleIndex) {
+   auto const& cmapStatus = rule.status;
    if (!cmapStatus) {
       TP_TRACE(7) << "ClassMapStatus not found for " << name.view();
-      return nullptr;
+      return false;
    }
    if (cmapStatus->matchs().empty()) {
       TP_TRACE(1) << "No match option status found for " << name.view();
-      return nullptr;
+      return false;
    }
    // A rule is processed for one match option only; the state loader refuses any other.
    KEL_ASSERT(cmapStatus->matchs().size() == 1);
    auto const option = *cmapStatus->matchs().begin();
 
-   Kel::Ptr<PolicyMap::ClassMapMatch const> match;
-   if (auto const* classMap = entityAt(pmapSubConfig.classMap(), name)) {
-      match = valueOr(classMap->match(), option);
-   }
-   if (match) {
+   if (rule.match) {
       TP_TRACE(7) << "Found class match config for " << name.view() << ", " << option;
    } else {
-      match = Kel::make<PolicyMap::ClassMapMatch>(option);
+      rule.match = Kel::make<PolicyMap::ClassMapMatch>(option);
    }
    TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
-   cacheClassMapStatus(pmapSubConfig.name(), ruleIndex, cmapStatus);
+   cacheClassMapStatus(policyName, ruleIndex, cmapStatus);
    if (!record.undefinedFieldSet()) {
-      checkFieldSetReferences(record, *match);
+      checkFieldSetReferences(record, *rule.match);
    }
-   checkCounterReference(record, pmapSubConfig, name);
-   return match;
+   checkCounterReference(record, name, rule.counterName);
+   return true;
 }
 
 namespace {
@@ -372,18 +363,8 @@ void ShowTrafficPolicyBase::checkFieldSetReferences(PolicyState& record,
    }
 }
 
-void ShowTrafficPolicyBase::checkCounterReference(
-    PolicyState& record, PolicyMap::PolicyMapSubConfig const& pmapSubConfig,
-    Kel::String const& ruleName) const {
-   auto const* classAction = entityAt(pmapSubConfig.classAction(), ruleName);
-   if (!classAction) {
-      return;
-   }
-   auto const* action = entityAt(classAction->policyAction(), PolicyMap::ActionType::count);
-   if (!action) {
-      return;
-   }
-   auto const& counterName = static_cast<PolicyMap::CountAction const&>(*action).counterName();
+void ShowTrafficPolicyBase::checkCounterReference(PolicyState& record, Kel::String const& ruleName,
+                                                  Kel::String const& counterName) const {
    if (!counterName.empty() && !record.namedCounter().contains(counterName)) {
       TP_TRACE(1) << "Class: " << ruleName.view()
                   << " has undefined counter: " << counterName.view();

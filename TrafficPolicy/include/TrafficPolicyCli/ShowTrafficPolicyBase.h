@@ -20,6 +20,8 @@ class RendererV2;
 
 namespace TrafficPolicyCli {
 
+struct RuleEntities;
+
 class ShowTrafficPolicyBase : public ShowCommand {
  public:
    using PolicyStateMap = Kel::OrderedMap<Kel::String, Kel::Ptr<PolicyState>>;
@@ -151,15 +153,13 @@ class ShowTrafficPolicyBase : public ShowCommand {
 
  private:
    // Caches the rule's status at `ruleIndex` and checks its references when this direction's
-   // status lists the rule as processed; returns the match to show for it, or null.
-   Kel::Ptr<PolicyMap::ClassMapMatch const> cacheProcessedRule(
-       PolicyState& record, PolicyMap::PolicyMapStatus const& policyStatus,
-       PolicyMap::PolicyMapSubConfig const& pmapSubConfig, Kel::String const& name,
-       std::uint32_t ruleIndex);
+   // status lists the rule as processed, leaving the match to show in `rule`; false when the rule
+   // is not processed.
+   bool cacheProcessedRule(PolicyState& record, Kel::String const& policyName,
+                           Kel::String const& name, RuleEntities& rule, std::uint32_t ruleIndex);
    void checkFieldSetReferences(PolicyState& record, PolicyMap::ClassMapMatch const& match) const;
-   void checkCounterReference(PolicyState& record,
-                              PolicyMap::PolicyMapSubConfig const& pmapSubConfig,
-                              Kel::String const& ruleName) const;
+   void checkCounterReference(PolicyState& record, Kel::String const& ruleName,
+                              Kel::String const& counterName) const;
 
    Kel::Ptr<TrafficPolicy::TrafficPolicyConfig const> config_;
    Kel::Ptr<TrafficPolicy::Status const> status_;
