@@ -35,6 +35,9 @@ constexpr std::array<char const*, 4> kSourceKinds = {"sources", "sourcePrefixSet
 constexpr std::array<char const*, 4> kDestinationKinds = {
     "destinations", "destinationPrefixSets", "destinationLpms", "destinationLpmPrefixSets"};
 
+// Writes each part as it reads the bytes for it. The bytes are read in the order they always have
+// been, and repeated keys and lists keep the forms they always had, so that the inputs of a corpus
+// go on building the states they were kept for.
 class StateBuilder {
  public:
    explicit StateBuilder(FuzzedDataProvider& bytes) : bytes_(bytes) {}
