@@ -1,21 +1,22 @@
 // Every view of every show command, in text and JSON and in both revisions, on valid states built
 // from the fuzz bytes: the loader accepts each state, no view trips an invariant or a sanitizer,
 // every JSON document parses, and no text holds a character that a terminal would act on. Each
-// input renders the one command that it picks, in all four forms: under the address sanitizer
-// every command's megabyte output buffer is a fresh mapping, and all 24 commands per input ran 7
-// inputs a second where one runs 53.
+// input renders the one command that it picks, in all four forms: rendering all 24 commands for
+// every input made each run several times longer.
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "StateLoader/Loader.h"
-#include "tpcli/MemoryFile.h"
 #include "support/OutputChecks.h"
 #include "support/StateBuilder.h"
 #include "tpcli/CommandRunner.h"
+#include "tpcli/MemoryFile.h"
 #include "tpcli/ValueParsers.h"
 
 namespace {
@@ -44,23 +45,28 @@ std::string nameOrAll(FuzzedDataProvider& bytes, std::vector<std::string> const&
    return index < names.size() ? names[index] : std::string();
 }
 
-void addPolicyViews(std::vector<Command>& commands, std::string const& policy) {
-   constexpr PolicyView kViews[] = {PolicyView::standard, PolicyView::summary, PolicyView::detail,
-                                    PolicyView::errors, PolicyView::counters};
-   for (auto const view : kViews) {
-      auto const viewLabel = " view " + std::to_string(static_cast<int>(view));
-      for (auto const direction : {Direction::both, Direction::input, Direction::output}) {
-         commands.push_back({"interface policy \"" + policy + "\" direction " +
-                                 std::to_string(static_cast<int>(direction)) + viewLabel,
-                             tpcli::InterfaceRequest{policy, direction, view}});
-      }
-      commands.push_back(
-          {"cpu policy \"" + policy + "\"" + viewLabel, tpcli::CpuRequest{policy, view}});
+constexpr PolicyView kViews[] = {PolicyView::standard, PolicyView::summary, PolicyView::detail,
+                                 PolicyView::errors, PolicyView::counters};
+constexpr Direction kDirections[] = {Direction::both, Direction::input, Direction::output};
+// Each view on interfaces in every direction and on the CPU, then the four field-set listings.
+constexpr std::size_t kPerView = std::size(kDirections) + 1;
+constexpr std::size_t kPolicyCommands = std::size(kViews) * kPerView;
+constexpr std::size_t kCommands = kPolicyCommands + 4;
+
+Command policyCommand(std::size_t index, std::string const& policy) {
+   auto const view = kViews[index / kPerView];
+   auto const viewLabel = " view " + std::to_string(static_cast<int>(view));
+   if (index % kPerView == std::size(kDirections)) {
+      return {"cpu policy \"" + policy + "\"" + viewLabel, tpcli::CpuRequest{policy, view}};
    }
+   auto const direction = kDirections[index % kPerView];
+   return {"interface policy \"" + policy + "\" direction " +
+               std::to_string(static_cast<int>(direction)) + viewLabel,
+           tpcli::InterfaceRequest{policy, direction, view}};
 }
 
-void addFieldSetListings(std::vector<Command>& commands, fuzz::BuiltState const& state,
-                         FuzzedDataProvider& bytes) {
+std::array<Command, 4> fieldSetListings(fuzz::BuiltState const& state, FuzzedDataProvider& bytes) {
+   std::array<Command, 4> listings;
    for (bool const ipv4 : {true, false}) {
       tpcli::PrefixFieldSetRequest request{
           ipv4, nameOrAll(bytes, ipv4 ? state.ipv4Sets : state.ipv6Sets)};
@@ -68,26 +74,32 @@ void addFieldSetListings(std::vector<Command>& commands, fuzz::BuiltState const&
          request.contains = tpcli::parsePrefixOfFamily(fuzz::prefixText(bytes, ipv4), ipv4).value();
          request.exact = bytes.ConsumeBool();
       }
-      commands.push_back(
-          {std::string(ipv4 ? "ipv4" : "ipv6") + " prefix \"" + request.name + "\"", request});
+      listings[ipv4 ? 0 : 1] = {
+          std::string(ipv4 ? "ipv4" : "ipv6") + " prefix \"" + request.name + "\"", request};
    }
    tpcli::L4PortFieldSetRequest ports{nameOrAll(bytes, state.portSets)};
    if (bytes.ConsumeBool()) {
       ports.contains = tpcli::parsePortRange(fuzz::rangeText(bytes, 0, 65535)).value();
    }
-   commands.push_back({"l4-port \"" + ports.name + "\"", ports});
+   listings[2] = {"l4-port \"" + ports.name + "\"", ports};
    tpcli::VlanFieldSetRequest vlans{nameOrAll(bytes, state.vlanSets)};
    if (bytes.ConsumeBool()) {
       vlans.contains = tpcli::parseVlanRange(fuzz::rangeText(bytes, 1, 4094)).value();
    }
-   commands.push_back({"vlan \"" + vlans.name + "\"", vlans});
+   listings[3] = {"vlan \"" + vlans.name + "\"", vlans};
+   return listings;
 }
 
-std::vector<Command> commandsFor(fuzz::BuiltState const& state, FuzzedDataProvider& bytes) {
-   std::vector<Command> commands;
-   addPolicyViews(commands, nameOrAll(bytes, state.policies));
-   addFieldSetListings(commands, state, bytes);
-   return commands;
+// The command `choice` picks; the bytes for every command are read all the same, so that an input
+// picks the command it always has.
+Command commandFor(std::uint8_t choice, fuzz::BuiltState const& state, FuzzedDataProvider& bytes) {
+   auto const index = choice % kCommands;
+   auto const policy = nameOrAll(bytes, state.policies);
+   auto listings = fieldSetListings(state, bytes);
+   if (index < kPolicyCommands) {
+      return policyCommand(index, policy);
+   }
+   return std::move(listings[index - kPolicyCommands]);
 }
 
 void renderAndCheck(StateLoader::DeviceState const& state, Command const& command) {
@@ -122,7 +134,6 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
                    built.text.c_str());
       std::abort();
    }
-   auto const commands = commandsFor(built, bytes);
-   renderAndCheck(loaded.value(), commands[choice % commands.size()]);
+   renderAndCheck(loaded.value(), commandFor(choice, built, bytes));
    return 0;
 }

@@ -31,12 +31,18 @@ std::size_t firstControl(std::string const& text) {
 
 }  // namespace
 
+// Parsing builds no document unless the text is refused, when a second parse names the fault.
 void checkJson(std::string const& output, std::string const& command) {
+   if (nlohmann::json::accept(output)) {
+      return;
+   }
+   std::string reason = "not valid JSON";
    try {
       [[maybe_unused]] auto const document = nlohmann::json::parse(output);
    } catch (nlohmann::json::parse_error const& error) {
-      fail(std::string("not valid JSON: ") + error.what(), output, command);
+      reason += std::string(": ") + error.what();
    }
+   fail(reason, output, command);
 }
 
 void checkText(std::string const& output, std::string const& command) {

@@ -4,14 +4,14 @@
 
 #include <array>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <set>
+#include <utility>
+
+#include "support/JsonText.h"
 
 namespace fuzz {
 
 namespace {
-
-using nlohmann::json;
 
 // Pieces of names: letters, digits, the punctuation that names use, characters that JSON and the
 // text columns must escape or measure with care, and letters of several byte lengths.
@@ -35,6 +35,9 @@ constexpr std::array<char const*, 4> kSourceKinds = {"sources", "sourcePrefixSet
 constexpr std::array<char const*, 4> kDestinationKinds = {
     "destinations", "destinationPrefixSets", "destinationLpms", "destinationLpmPrefixSets"};
 
+// Writes each part as it reads the bytes for it. The bytes are read in the order they always have
+// been, and repeated keys and lists keep the forms they always had, so that the inputs of a corpus
+// go on building the states they were kept for.
 class StateBuilder {
  public:
    explicit StateBuilder(FuzzedDataProvider& bytes) : bytes_(bytes) {}
@@ -48,11 +51,15 @@ class StateBuilder {
       interfaces_ = names("Ethernet", 4);
       vrfs_ = names("vrf", 3);
       counters_ = names("counter", 3);
-      // A braced list is evaluated in order, so the bytes steer the sections in this order.
-      json const document = {{"hardware", hardware()},        {"fieldSets", fieldSets()},
-                             {"trafficPolicies", policies()}, {"interfaces", attachments()},
-                             {"vrfs", vrfSection()},          {"status", status()}};
-      state_.text = document.dump();
+      out_.object([&] {
+         out_.member("hardware", [&] { hardware(); });
+         out_.member("fieldSets", [&] { fieldSets(); });
+         out_.member("trafficPolicies", [&] { policies(); });
+         out_.member("interfaces", [&] { attachments(); });
+         out_.member("vrfs", [&] { vrfSection(); });
+         out_.member("status", [&] { status(); });
+      });
+      state_.text = std::move(out_).take();
       return std::move(state_);
    }
 
@@ -95,307 +102,443 @@ class StateBuilder {
       return known[bytes_.ConsumeIntegralInRange<std::size_t>(0, known.size() - 1)];
    }
 
-   // Sets `key` to what `make` gives, if the bytes say so.
-   template <typename Make>
-   void maybe(json& into, std::string const& key, Make make) {
+   // Writes the member `key`, whose value `write` writes, if the bytes say so.
+   template <typename Write>
+   void maybe(std::string_view key, Write write) {
       if (bytes_.ConsumeBool()) {
-         into[key] = make();
+         out_.member(key, write);
       }
    }
 
-   template <typename Make>
-   json uniqueList(std::size_t fewest, std::size_t most, Make make) {
+   template <typename Body>
+   void maybeObject(std::string_view key, Body body) {
+      maybe(key, [&] { out_.object(body); });
+   }
+
+   // What `write` writes, as text of its own.
+   template <typename Write>
+   std::string apart(Write write) {
+      auto outer = std::exchange(out_, JsonText());
+      write();
+      return std::exchange(out_, std::move(outer)).take();
+   }
+
+   // An object whose keys may come more than once: the last value given for a key is kept.
+   void objectOfLast(std::map<std::string, std::string> const& members) {
+      out_.object([&] {
+         for (auto const& member : members) {
+            out_.member(member.first, [&] { out_.raw(member.second); });
+         }
+      });
+   }
+
+   // A sorted list of what `make` gives, each once, each written by `write`.
+   template <typename Make, typename Write>
+   void uniqueList(std::size_t fewest, std::size_t most, Make make, Write write) {
       std::set<decltype(make())> entries;
       for (auto left = fewest + count(most - fewest); left > 0; --left) {
          entries.insert(make());
       }
-      return json(entries);
+      out_.list([&] {
+         for (auto const& entry : entries) {
+            write(entry);
+         }
+      });
    }
 
-   json nameList(std::vector<std::string> const& known, char const* stem, std::size_t fewest = 0) {
-      return uniqueList(fewest, 3, [&] { return nameFrom(known, stem); });
+   template <typename Make>
+   void uniqueStrings(std::size_t fewest, std::size_t most, Make make) {
+      uniqueList(fewest, most, make, [&](std::string const& entry) { out_.string(entry); });
    }
 
-   json ranges(unsigned lowest, unsigned highest, std::size_t fewest = 0) {
-      return uniqueList(fewest, 3, [&] { return rangeText(bytes_, lowest, highest); });
+   void stringList(std::vector<std::string> const& entries) {
+      out_.list([&] {
+         for (auto const& entry : entries) {
+            out_.string(entry);
+         }
+      });
    }
 
-   json prefixes(bool ipv4) {
-      return uniqueList(0, 3, [&] { return prefixText(bytes_, ipv4); });
+   void nameList(std::vector<std::string> const& known, char const* stem, std::size_t fewest = 0) {
+      uniqueStrings(fewest, 3, [&] { return nameFrom(known, stem); });
+   }
+
+   void ranges(unsigned lowest, unsigned highest, std::size_t fewest = 0) {
+      uniqueStrings(fewest, 3, [&] { return rangeText(bytes_, lowest, highest); });
+   }
+
+   void prefixes(bool ipv4) {
+      uniqueStrings(0, 3, [&] { return prefixText(bytes_, ipv4); });
    }
 
    std::vector<std::string> const& setsOf(bool ipv4) const {
       return ipv4 ? state_.ipv4Sets : state_.ipv6Sets;
    }
 
-   json hardware() {
-      return {{"sharedMemoryCounters", bytes_.ConsumeBool()},
-              {"ingressCounterGranularity", pick(kGranularities)},
-              {"egressCounterGranularity", pick(kGranularities)}};
+   void hardware() {
+      out_.object([&] {
+         out_.boolMember("sharedMemoryCounters", bytes_.ConsumeBool());
+         out_.stringMember("ingressCounterGranularity", pick(kGranularities));
+         out_.stringMember("egressCounterGranularity", pick(kGranularities));
+      });
    }
 
-   json prefixSets(bool ipv4) {
-      json sets = json::object();
-      for (auto const& set : setsOf(ipv4)) {
-         sets[set] = {{"source", pick(kSources)},
-                      {"prefixes", prefixes(ipv4)},
-                      {"exceptPrefixes", prefixes(ipv4)}};
-      }
-      return sets;
+   void prefixSets(bool ipv4) {
+      out_.object([&] {
+         for (auto const& set : setsOf(ipv4)) {
+            out_.objectMember(set, [&] {
+               out_.stringMember("source", pick(kSources));
+               out_.member("prefixes", [&] { prefixes(ipv4); });
+               out_.member("exceptPrefixes", [&] { prefixes(ipv4); });
+            });
+         }
+      });
    }
 
-   json rangeSets(std::vector<std::string> const& sets, char const* key, unsigned lowest,
+   void rangeSets(std::vector<std::string> const& sets, char const* key, unsigned lowest,
                   unsigned highest) {
-      json result = json::object();
-      for (auto const& set : sets) {
-         result[set] = {{"source", pick(kSources)}, {key, ranges(lowest, highest)}};
-      }
-      return result;
+      out_.object([&] {
+         for (auto const& set : sets) {
+            out_.objectMember(set, [&] {
+               out_.stringMember("source", pick(kSources));
+               out_.member(key, [&] { ranges(lowest, highest); });
+            });
+         }
+      });
    }
 
-   json fieldSets() {
-      return {{"ipv4Prefix", prefixSets(true)},
-              {"ipv6Prefix", prefixSets(false)},
-              {"l4Port", rangeSets(state_.portSets, "ports", 0, 65535)},
-              {"vlan", rangeSets(state_.vlanSets, "vlans", 1, 4095)}};
+   void fieldSets() {
+      out_.object([&] {
+         out_.member("ipv4Prefix", [&] { prefixSets(true); });
+         out_.member("ipv6Prefix", [&] { prefixSets(false); });
+         out_.member("l4Port", [&] { rangeSets(state_.portSets, "ports", 0, 65535); });
+         out_.member("vlan", [&] { rangeSets(state_.vlanSets, "vlans", 1, 4095); });
+      });
    }
 
    // At most one way of matching sources (or destinations); inner headers know no LPM.
-   void addAddresses(json& criteria, std::array<char const*, 4> const& kinds, bool ipv4,
-                     std::size_t kindCount) {
+   void addAddresses(std::array<char const*, 4> const& kinds, bool ipv4, std::size_t kindCount) {
       auto const kind = count(kindCount);
       if (kind == kindCount) {
          return;
       }
-      criteria[kinds[kind]] = kind % 2 == 0 ? prefixes(ipv4) : nameList(setsOf(ipv4), "v4set");
+      out_.member(kinds[kind], [&] {
+         if (kind % 2 == 0) {
+            prefixes(ipv4);
+         } else {
+            nameList(setsOf(ipv4), "v4set");
+         }
+      });
    }
 
-   json tcpFlagGroup() {
+   // A flag is chosen after its value is (the order the bytes have always been read in). Groups are
+   // maps so that a list of them sorts as it always has.
+   std::map<std::string, bool> tcpFlagGroup() {
       if (bytes_.ConsumeBool()) {
          return {{pick(kConnectionStates), true}};
       }
-      json group = json::object();
+      std::map<std::string, bool> group;
       for (auto left = 1 + count(3); left > 0; --left) {
-         group[pick(kTcpFlags)] = bytes_.ConsumeBool();
+         bool const value = bytes_.ConsumeBool();
+         group[pick(kTcpFlags)] = value;
       }
       return group;
    }
 
-   json protocol(std::string const& key) {
-      json entry = json::object();
-      maybe(entry, "ports", [&] {
-         json ports = json::array();
-         for (auto left = count(2); left > 0; --left) {
-            ports.push_back({{"sources", ranges(0, 65535)},
-                             {"destinations", ranges(0, 65535)},
-                             {"sourceFieldSets", nameList(state_.portSets, "ports")},
-                             {"destinationFieldSets", nameList(state_.portSets, "ports")}});
-         }
-         return ports;
-      });
-      maybe(entry, "icmpTypes", [&] {
-         json types = json::object();
-         for (auto left = count(2); left > 0; --left) {
-            types[rangeText(bytes_, 0, 255)] = ranges(0, 255);
-         }
-         return types;
-      });
-      if (key == "6") {
-         maybe(entry, "tcpFlags", [&] { return uniqueList(1, 2, [&] { return tcpFlagGroup(); }); });
-      }
-      return entry;
+   void tcpFlags() {
+      uniqueList(
+          1, 2, [&] { return tcpFlagGroup(); },
+          [&](std::map<std::string, bool> const& group) {
+             out_.object([&] {
+                for (auto const& flag : group) {
+                   out_.boolMember(flag.first, flag.second);
+                }
+             });
+          });
    }
 
-   json vlanTag() {
-      if (bytes_.ConsumeBool()) {
-         return {{"vlans", ranges(1, 4095, 1)}};
+   // A key of the ICMP types is chosen after its value is (the order the bytes have always been
+   // read in).
+   void icmpTypes() {
+      std::map<std::string, std::string> types;
+      for (auto left = count(2); left > 0; --left) {
+         auto value = apart([&] { ranges(0, 255); });
+         types[rangeText(bytes_, 0, 255)] = std::move(value);
       }
-      return {{"vlanFieldSets", nameList(state_.vlanSets, "vlans", 1)}};
+      objectOfLast(types);
    }
 
-   void addMatchFields(json& criteria) {
-      maybe(criteria, "protocols", [&] {
-         json protocols = json::object();
-         for (auto left = count(3); left > 0; --left) {
-            auto const key = bytes_.ConsumeBool() ? std::string("6") : rangeText(bytes_, 0, 255);
-            protocols[key] = protocol(key);
+   void protocol(std::string const& key) {
+      out_.object([&] {
+         maybe("ports", [&] {
+            out_.list([&] {
+               for (auto left = count(2); left > 0; --left) {
+                  out_.object([&] {
+                     out_.member("sources", [&] { ranges(0, 65535); });
+                     out_.member("destinations", [&] { ranges(0, 65535); });
+                     out_.member("sourceFieldSets", [&] { nameList(state_.portSets, "ports"); });
+                     out_.member("destinationFieldSets",
+                                 [&] { nameList(state_.portSets, "ports"); });
+                  });
+               }
+            });
+         });
+         maybe("icmpTypes", [&] { icmpTypes(); });
+         if (key == "6") {
+            maybe("tcpFlags", [&] { tcpFlags(); });
          }
-         return protocols;
       });
-      maybe(criteria, "vlanTags", [&] { return json::array({vlanTag()}); });
-      maybe(criteria, "lengths", [&] { return ranges(0, 65535); });
-      maybe(criteria, "fragment", [&] {
-         return bytes_.ConsumeBool() ? json{{"all", true}} : json{{"offsets", ranges(0, 8191, 1)}};
+   }
+
+   void vlanTag() {
+      out_.object([&] {
+         if (bytes_.ConsumeBool()) {
+            out_.member("vlans", [&] { ranges(1, 4095, 1); });
+         } else {
+            out_.member("vlanFieldSets", [&] { nameList(state_.vlanSets, "vlans", 1); });
+         }
+      });
+   }
+
+   void protocols() {
+      std::map<std::string, std::string> protocols;
+      for (auto left = count(3); left > 0; --left) {
+         auto const key = bytes_.ConsumeBool() ? std::string("6") : rangeText(bytes_, 0, 255);
+         protocols[key] = apart([&] { protocol(key); });
+      }
+      objectOfLast(protocols);
+   }
+
+   void addMatchFields() {
+      maybe("protocols", [&] { protocols(); });
+      maybe("vlanTags", [&] { out_.list([&] { vlanTag(); }); });
+      maybe("lengths", [&] { ranges(0, 65535); });
+      maybeObject("fragment", [&] {
+         if (bytes_.ConsumeBool()) {
+            out_.boolMember("all", true);
+         } else {
+            out_.member("offsets", [&] { ranges(0, 8191, 1); });
+         }
       });
       for (auto const* flag : {"bgpNeighbors", "bgpProtocol", "ipOptions"}) {
-         maybe(criteria, flag, [] { return true; });
+         maybe(flag, [&] { out_.boolean(true); });
       }
-      maybe(criteria, "dscps", [&] { return ranges(0, 63); });
-      maybe(criteria, "ttls", [&] { return ranges(0, 255); });
+      maybe("dscps", [&] { ranges(0, 63); });
+      maybe("ttls", [&] { ranges(0, 255); });
    }
 
-   json innerHeader() {
+   void innerHeader() {
       bool const ipv4 = bytes_.ConsumeBool();
-      json inner = {{"addressFamily", ipv4 ? "ipv4" : "ipv6"}};
-      addAddresses(inner, kSourceKinds, ipv4, 2);
-      addAddresses(inner, kDestinationKinds, ipv4, 2);
-      return inner;
-   }
-
-   json criteria(bool ipv4) {
-      json result = json::object();
-      addAddresses(result, kSourceKinds, ipv4, 4);
-      addAddresses(result, kDestinationKinds, ipv4, 4);
-      addMatchFields(result);
-      if (bytes_.ConsumeProbability<float>() < 0.2f) {
-         result["encapsulation"] = {{"type", "gtpv1"}, {"inner", innerHeader()}};
-      }
-      return result;
-   }
-
-   json actions(std::vector<std::string> const& rules, std::vector<std::string> const& counters) {
-      json result = json::object();
-      maybe(result, "drop", [&] { return bytes_.ConsumeBool(); });
-      maybe(result, "police", [&] {
-         return json{{"rate", bytes_.ConsumeIntegral<std::uint64_t>()}, {"unit", pick(kRateUnits)}};
+      out_.object([&] {
+         out_.stringMember("addressFamily", ipv4 ? "ipv4" : "ipv6");
+         addAddresses(kSourceKinds, ipv4, 2);
+         addAddresses(kDestinationKinds, ipv4, 2);
       });
-      maybe(result, "count", [&] {
-         return bytes_.ConsumeBool() ? json::object()
-                                     : json{{"counter", nameFrom(counters, "counter")}};
-      });
-      maybe(result, "setDscp", [&] { return count(63); });
-      maybe(result, "setTc", [&] { return count(7); });
-      maybe(result, "log", [] { return true; });
-      maybe(result, "goto", [&] {
-         return bytes_.ConsumeBool() ? json::object() : json{{"match", nameFrom(rules, "rule")}};
-      });
-      maybe(result, "redirectNexthopGroups", [&] { return nameList({}, "nhg", 1); });
-      maybe(result, "tapAggRedirect", [&] {
-         return json{{"groups", nameList({}, "group", 1)},
-                     {"interfaces", nameList(interfaces_, "Ethernet")}};
-      });
-      maybe(result, "stripHeaderBytes", [&] { return text(true); });
-      return result;
    }
 
-   json policy(std::vector<std::string> const& rules) {
-      auto const declared = names("counter", 2);
-      json ruleSection = json::object();
-      std::set<std::uint32_t> sequences;
-      for (auto const& rule : rules) {
-         auto sequence = bytes_.ConsumeIntegral<std::uint32_t>();
-         while (!sequences.insert(sequence).second) {
-            ++sequence;
-         }
-         json match = json::object();
-         for (bool const ipv4 : {true, false}) {
-            maybe(match, ipv4 ? "ipv4" : "ipv6", [&] { return criteria(ipv4); });
-         }
-         ruleSection[rule] = {
-             {"sequence", sequence}, {"match", match}, {"actions", actions(rules, declared)}};
-      }
-      return {{"namedCounters", declared}, {"rules", ruleSection}};
-   }
-
-   json policies() {
-      json result = json::object();
-      for (auto const& policyName : state_.policies) {
-         rules_[policyName] = names("rule", 4);
-         result[policyName] = policy(rules_[policyName]);
-      }
-      return result;
-   }
-
-   json nameMap(std::vector<std::string> const& keys, std::vector<std::string> const& values,
-                char const* stem) {
-      json result = json::object();
-      for (auto const& key : keys) {
-         maybe(result, key, [&] { return nameFrom(values, stem); });
-      }
-      return result;
-   }
-
-   json attachments() {
-      return {{"input", nameMap(interfaces_, state_.policies, "policy")},
-              {"output", nameMap(interfaces_, state_.policies, "policy")},
-              {"vrf", nameMap(interfaces_, vrfs_, "vrf")}};
-   }
-
-   json vrfSection() {
-      auto vrfsAndAll = vrfs_;
-      vrfsAndAll.push_back("all");
-      return {{"names", vrfs_}, {"cpuPolicy", nameMap(vrfsAndAll, state_.policies, "policy")}};
-   }
-
-   json counter(bool withInterfaces) {
-      json result = {{"instanceId", bytes_.ConsumeIntegral<std::uint64_t>()},
-                     {"packets", bytes_.ConsumeIntegral<std::uint64_t>()}};
-      maybe(result, "bytes", [&] { return bytes_.ConsumeIntegral<std::uint64_t>(); });
-      if (withInterfaces) {
-         json perInterface = json::object();
-         for (auto const& interface : interfaces_) {
-            maybe(perInterface, interface, [&] {
-               return json{{"packets", bytes_.ConsumeIntegral<std::uint64_t>()},
-                           {"bytes", bytes_.ConsumeIntegral<std::uint64_t>()}};
+   void criteria(bool ipv4) {
+      out_.object([&] {
+         addAddresses(kSourceKinds, ipv4, 4);
+         addAddresses(kDestinationKinds, ipv4, 4);
+         addMatchFields();
+         if (bytes_.ConsumeProbability<float>() < 0.2f) {
+            out_.objectMember("encapsulation", [&] {
+               out_.stringMember("type", "gtpv1");
+               out_.member("inner", [&] { innerHeader(); });
             });
          }
-         result["interfaces"] = perInterface;
-      }
-      return result;
+      });
    }
 
-   json installation() {
-      json result = json::object();
-      for (auto const* option : {"ipv4", "ipv6"}) {
-         maybe(result, option, [&] {
-            json state = {{"state", pick(kInstallStates)}};
-            maybe(state, "error", [&] { return text(true); });
-            return state;
+   // An empty object, or one whose only member `key` names one of `known`.
+   void optionalReference(char const* key, std::vector<std::string> const& known,
+                          char const* stem) {
+      out_.object([&] {
+         if (!bytes_.ConsumeBool()) {
+            out_.stringMember(key, nameFrom(known, stem));
+         }
+      });
+   }
+
+   void actions(std::vector<std::string> const& rules, std::vector<std::string> const& counters) {
+      out_.object([&] {
+         maybe("drop", [&] { out_.boolean(bytes_.ConsumeBool()); });
+         maybeObject("police", [&] {
+            out_.numberMember("rate", bytes_.ConsumeIntegral<std::uint64_t>());
+            out_.stringMember("unit", pick(kRateUnits));
          });
-      }
-      return result;
+         maybe("count", [&] { optionalReference("counter", counters, "counter"); });
+         maybe("setDscp", [&] { out_.number(count(63)); });
+         maybe("setTc", [&] { out_.number(count(7)); });
+         maybe("log", [&] { out_.boolean(true); });
+         maybe("goto", [&] { optionalReference("match", rules, "rule"); });
+         maybe("redirectNexthopGroups", [&] { nameList({}, "nhg", 1); });
+         maybeObject("tapAggRedirect", [&] {
+            out_.member("groups", [&] { nameList({}, "group", 1); });
+            out_.member("interfaces", [&] { nameList(interfaces_, "Ethernet"); });
+         });
+         maybe("stripHeaderBytes", [&] { out_.string(text(true)); });
+      });
    }
 
-   json policyStatus(std::string const& policyName) {
+   void policy(std::vector<std::string> const& rules) {
+      auto const declared = names("counter", 2);
+      std::set<std::uint32_t> sequences;
+      out_.object([&] {
+         out_.member("namedCounters", [&] { stringList(declared); });
+         out_.objectMember("rules", [&] {
+            for (auto const& rule : rules) {
+               out_.member(rule, [&] { ruleOf(rules, declared, sequences); });
+            }
+         });
+      });
+   }
+
+   void ruleOf(std::vector<std::string> const& rules, std::vector<std::string> const& declared,
+               std::set<std::uint32_t>& sequences) {
+      auto sequence = bytes_.ConsumeIntegral<std::uint32_t>();
+      while (!sequences.insert(sequence).second) {
+         ++sequence;
+      }
+      out_.object([&] {
+         out_.numberMember("sequence", sequence);
+         out_.objectMember("match", [&] {
+            for (bool const ipv4 : {true, false}) {
+               maybe(ipv4 ? "ipv4" : "ipv6", [&] { criteria(ipv4); });
+            }
+         });
+         out_.member("actions", [&] { actions(rules, declared); });
+      });
+   }
+
+   void policies() {
+      out_.object([&] {
+         for (auto const& policyName : state_.policies) {
+            rules_[policyName] = names("rule", 4);
+            out_.member(policyName, [&] { policy(rules_[policyName]); });
+         }
+      });
+   }
+
+   void nameMap(std::vector<std::string> const& keys, std::vector<std::string> const& values,
+                char const* stem) {
+      out_.object([&] {
+         for (auto const& key : keys) {
+            if (bytes_.ConsumeBool()) {
+               out_.stringMember(key, nameFrom(values, stem));
+            }
+         }
+      });
+   }
+
+   void attachments() {
+      out_.object([&] {
+         out_.member("input", [&] { nameMap(interfaces_, state_.policies, "policy"); });
+         out_.member("output", [&] { nameMap(interfaces_, state_.policies, "policy"); });
+         out_.member("vrf", [&] { nameMap(interfaces_, vrfs_, "vrf"); });
+      });
+   }
+
+   void vrfSection() {
+      auto vrfsAndAll = vrfs_;
+      vrfsAndAll.push_back("all");
+      out_.object([&] {
+         out_.member("names", [&] { stringList(vrfs_); });
+         out_.member("cpuPolicy", [&] { nameMap(vrfsAndAll, state_.policies, "policy"); });
+      });
+   }
+
+   void countOf(char const* key) {
+      out_.numberMember(key, bytes_.ConsumeIntegral<std::uint64_t>());
+   }
+
+   void counter(bool withInterfaces) {
+      out_.object([&] {
+         countOf("instanceId");
+         countOf("packets");
+         if (bytes_.ConsumeBool()) {
+            countOf("bytes");
+         }
+         if (withInterfaces) {
+            out_.objectMember("interfaces", [&] {
+               for (auto const& interface : interfaces_) {
+                  maybeObject(interface, [&] {
+                     countOf("packets");
+                     countOf("bytes");
+                  });
+               }
+            });
+         }
+      });
+   }
+
+   void installation() {
+      out_.object([&] {
+         for (auto const* option : {"ipv4", "ipv6"}) {
+            maybeObject(option, [&] {
+               out_.stringMember("state", pick(kInstallStates));
+               maybe("error", [&] { out_.string(text(true)); });
+            });
+         }
+      });
+   }
+
+   // A rule's counter is read from the bytes right after its options.
+   void policyStatus(std::string const& policyName) {
       auto const& rules = rules_[policyName];
-      json ruleOptions = json::object();
-      json ruleCounters = json::object();
-      for (auto const& rule : rules) {
-         auto const option = count(2);
-         ruleOptions[rule] =
-             option == 0 ? json::array() : json::array({option == 1 ? "ipv4" : "ipv6"});
-         maybe(ruleCounters, rule, [&] { return counter(false); });
-      }
-      json intfs = json::object();
-      for (auto const& interface : interfaces_) {
-         maybe(intfs, interface, [&] { return installation(); });
-      }
-      json namedCounters = json::object();
-      for (auto const& name : counters_) {
-         maybe(namedCounters, name, [&] { return counter(true); });
-      }
-      return {{"rules", ruleOptions},
-              {"interfaces", intfs},
-              {"ruleCounters", ruleCounters},
-              {"namedCounters", namedCounters}};
+      std::map<std::string, std::string> ruleCounters;
+      out_.object([&] {
+         out_.objectMember("rules", [&] {
+            for (auto const& rule : rules) {
+               auto const option = count(2);
+               out_.member(rule, [&] {
+                  out_.list([&] {
+                     if (option != 0) {
+                        out_.string(option == 1 ? "ipv4" : "ipv6");
+                     }
+                  });
+               });
+               if (bytes_.ConsumeBool()) {
+                  ruleCounters[rule] = apart([&] { counter(false); });
+               }
+            }
+         });
+         out_.member("ruleCounters", [&] { objectOfLast(ruleCounters); });
+         out_.objectMember("interfaces", [&] {
+            for (auto const& interface : interfaces_) {
+               maybe(interface, [&] { installation(); });
+            }
+         });
+         out_.objectMember("namedCounters", [&] {
+            for (auto const& name : counters_) {
+               maybe(name, [&] { counter(true); });
+            }
+         });
+      });
    }
 
-   json direction() {
-      json policyStatuses = json::object();
-      for (auto const& policyName : names("policy", 3)) {
-         policyStatuses[policyName] = policyStatus(policyName);
-      }
-      return {{"byteCountersSupported", bytes_.ConsumeBool()},
-              {"perInterfaceCounters", bytes_.ConsumeBool()},
-              {"policies", policyStatuses}};
+   void direction() {
+      out_.object([&] {
+         out_.objectMember("policies", [&] {
+            for (auto const& policyName : names("policy", 3)) {
+               out_.member(policyName, [&] { policyStatus(policyName); });
+            }
+         });
+         out_.boolMember("byteCountersSupported", bytes_.ConsumeBool());
+         out_.boolMember("perInterfaceCounters", bytes_.ConsumeBool());
+      });
    }
 
-   json status() {
-      return {
-          {"interfaceInput", direction()}, {"interfaceOutput", direction()}, {"cpu", direction()}};
+   void status() {
+      out_.object([&] {
+         for (auto const* key : {"interfaceInput", "interfaceOutput", "cpu"}) {
+            out_.member(key, [&] { direction(); });
+         }
+      });
    }
 
    FuzzedDataProvider& bytes_;
+   JsonText out_;
    BuiltState state_;
    std::vector<std::string> interfaces_;
    std::vector<std::string> vrfs_;
