@@ -2,11 +2,14 @@
 // standard error and, for help and version, how its output starts. Plain command lines are rows of
 // data/command-lines.txt; here are those that need a setup of their own or bytes that a data file
 // should not hold: tpcli's own output to a closed pipe or a full disk, command words that would
-// steer a terminal (echoed escaped and cut short), and the libraries that cannot serve.
+// steer a terminal (echoed escaped and cut short), the libraries that cannot serve, and the
+// libraries a command maps.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <vector>
 
 #include "support/TpcliProcess.h"
 
@@ -45,6 +48,21 @@ TEST(TpcliProcessTest, EachCommandLineEndsWithItsExitCodeAndOneLine) {
         1,
         "the show library \"" PLATFORM_LIBRARY "\" has no factory"},
    });
+}
+
+// The HTTP server module brings TLS and compression libraries that only `metrics --listen` needs;
+// the dynamic loader names every library it maps.
+TEST(TpcliProcessTest, OnlyServingMetricsLoadsTheHttpServer) {
+   for (auto const& arguments : std::vector<std::vector<std::string>>{
+            {"show", "traffic-policy", "interface", "detail"}, {"metrics"}}) {
+      auto const run = runTpcli(arguments, {{"LD_DEBUG=files"}});
+      EXPECT_EQ(run.exitCode, 0) << arguments.front();
+      EXPECT_NE(run.standardError.find("libsimdjson"), std::string::npos) << arguments.front();
+      for (auto const* library : {"tpcli-http", "httplib", "libssl", "libcrypto"}) {
+         EXPECT_EQ(run.standardError.find(library), std::string::npos)
+             << arguments.front() << " loads " << library;
+      }
+   }
 }
 
 TEST(TpcliProcessTest, EachCommandLineOfTheDataFileEndsAsItSays) {

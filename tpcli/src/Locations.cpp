@@ -1,4 +1,5 @@
-// Finding the show library and the example state relative to the running executable.
+// Finding the show library, the HTTP server module and the example state relative to the running
+// executable.
 #include "tpcli/Locations.h"
 
 #include <cstdlib>
@@ -42,6 +43,13 @@ std::string showLibraryPath(std::optional<std::string> const& fromOption) {
    return firstExisting({here / TPCLI_LIBRARY_FILE_NAME,
                          here / ".." / TPCLI_INSTALL_LIBDIR / TPCLI_LIBRARY_FILE_NAME,
                          TPCLI_BUILD_TREE_LIBRARY});
+}
+
+std::string httpServerModulePath() {
+   auto const here = executableDirectory();
+   return firstExisting({here / TPCLI_HTTP_MODULE_FILE_NAME,
+                         here / ".." / TPCLI_INSTALL_LIBDIR / "tpcli" / TPCLI_HTTP_MODULE_FILE_NAME,
+                         TPCLI_BUILD_TREE_HTTP_MODULE});
 }
 
 std::string exampleStatePath() {
