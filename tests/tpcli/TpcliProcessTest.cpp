@@ -65,6 +65,22 @@ TEST(TpcliProcessTest, OnlyServingMetricsLoadsTheHttpServer) {
    }
 }
 
+// The allocator's defaults are set before anything allocates, or they would not apply to the
+// memory that is already taken; the allocator names the options it runs with.
+TEST(TpcliProcessTest, TheAllocatorRunsWithTpclisDefaults) {
+#if TPCLI_WITH_MIMALLOC
+   auto const run = runTpcli({"show", "traffic-policy", "interface"}, {{"MIMALLOC_VERBOSE=1"}});
+   ASSERT_EQ(run.exitCode, 0);
+   for (auto const* option : {"'large_os_pages': 0", "'decommit_delay': 0"}) {
+      EXPECT_NE(run.standardError.find(std::string("mimalloc: option ") + option + "\n"),
+                std::string::npos)
+          << option;
+   }
+#else
+   GTEST_SKIP() << "tpcli uses the sanitizers' allocator";
+#endif
+}
+
 TEST(TpcliProcessTest, EachCommandLineOfTheDataFileEndsAsItSays) {
    std::ifstream data(std::filesystem::path(DATA_DIR) / "command-lines.txt");
    ASSERT_TRUE(data.is_open());
