@@ -50,17 +50,32 @@ TEST(TpcliProcessTest, EachCommandLineEndsWithItsExitCodeAndOneLine) {
    });
 }
 
-// The HTTP server module brings TLS and compression libraries that only `metrics --listen` needs;
-// the dynamic loader names every library it maps.
-TEST(TpcliProcessTest, OnlyServingMetricsLoadsTheHttpServer) {
-   for (auto const& arguments : std::vector<std::vector<std::string>>{
-            {"show", "traffic-policy", "interface", "detail"}, {"metrics"}}) {
-      auto const run = runTpcli(arguments, {{"LD_DEBUG=files"}});
-      EXPECT_EQ(run.exitCode, 0) << arguments.front();
-      EXPECT_NE(run.standardError.find("libsimdjson"), std::string::npos) << arguments.front();
-      for (auto const* library : {"tpcli-http", "httplib", "libssl", "libcrypto"}) {
+// The HTTP server module brings TLS and compression libraries that only `metrics --listen` needs,
+// the line editor module the terminal libraries that only the shell needs; the dynamic loader
+// names every library it maps.
+TEST(TpcliProcessTest, EachCommandLoadsOnlyTheModulesItUses) {
+   struct Row {
+      std::vector<std::string> arguments;
+      std::vector<char const*> loaded;
+      std::vector<char const*> notLoaded;
+   };
+   std::vector<char const*> const serverAndEditor = {"tpcli-http", "libssl", "libcrypto",
+                                                     "tpcli-line-editor", "libedit"};
+   std::vector<Row> const rows = {
+       {{"show", "traffic-policy", "interface", "detail"}, {"libsimdjson"}, serverAndEditor},
+       {{"metrics"}, {"libsimdjson"}, serverAndEditor},
+       {{"shell"}, {"tpcli-line-editor", "libedit"}, {"tpcli-http", "libssl", "libcrypto"}},
+   };
+   for (auto const& row : rows) {
+      auto const run = runTpcli(row.arguments, {{"LD_DEBUG=files"}});
+      EXPECT_EQ(run.exitCode, 0) << row.arguments.front();
+      for (auto const* library : row.loaded) {
+         EXPECT_NE(run.standardError.find(library), std::string::npos)
+             << row.arguments.front() << " does not load " << library;
+      }
+      for (auto const* library : row.notLoaded) {
          EXPECT_EQ(run.standardError.find(library), std::string::npos)
-             << arguments.front() << " loads " << library;
+             << row.arguments.front() << " loads " << library;
       }
    }
 }

@@ -40,21 +40,6 @@ bool isAddress(std::string const& host, int family) {
    return ::inet_pton(family, host.c_str(), bytes) == 1;
 }
 
-// The module stays loaded while the server it made runs its code.
-struct LoadedServer {
-   DynamicLibrary module;
-   std::unique_ptr<HttpServer> server;
-};
-
-LoadedServer loadServer(HttpPage page) {
-   auto module =
-       valueOr(DynamicLibrary::open(httpServerModulePath(), "the HTTP server"), ExitCode::failed);
-   auto const factory = reinterpret_cast<HttpServerFactory>(
-       valueOr(module.symbol("factory", "tpcliHttpServer"), ExitCode::failed));
-   auto server = factory(std::move(page));
-   return {std::move(module), std::move(server)};
-}
-
 // Blocks the stop signals in this thread and in every thread started after it, and restores the
 // mask on the way out.
 class StopSignals {
@@ -111,9 +96,10 @@ Kel::Expected<ListenAddress> parseListenAddress(std::string_view text) {
 ExitCode serveMetrics(std::string const& statePath, ListenAddress const& address) {
    MetricsPage page(statePath);
    StopSignals const stopSignals;
-   auto const loaded =
-       loadServer({"/metrics", kOpenMetricsContentType, [&page] { return page.current(); }});
-   auto& server = *loaded.server;
+   auto const loaded = makeFromModule<HttpServerFactory>(
+       httpServerModulePath(), "the HTTP server", "tpcliHttpServer",
+       HttpPage{"/metrics", kOpenMetricsContentType, [&page] { return page.current(); }});
+   auto& server = *loaded.object;
    auto const port = server.bind(address.host, address.port, address.ipv6);
    if (port <= 0) {
       throw CommandError(ExitCode::failed, "cannot listen on " + address.host + " port " +

@@ -3,9 +3,12 @@
 // --listen` needs. Code of the library runs in objects it made, so those must be gone first.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "Kel/Expected.h"
+#include "tpcli/ExitCode.h"
 
 namespace tpcli {
 
@@ -32,5 +35,25 @@ class DynamicLibrary {
    std::string path_;
    std::string role_;
 };
+
+// An object that a module's factory made, and the module, kept loaded until the object is gone.
+template <typename Object>
+struct ModuleObject {
+   DynamicLibrary module;
+   std::unique_ptr<Object> object;  // after the module, so destroyed before it
+};
+
+// Loads the module at `path` and makes its object with the factory exported as `name`; a module
+// or factory that is missing is CommandError "failed".
+template <typename Factory, typename... Arguments>
+auto makeFromModule(std::string const& path, std::string role, char const* name,
+                    Arguments&&... arguments) {
+   auto module = valueOr(DynamicLibrary::open(path, std::move(role)), ExitCode::failed);
+   auto const factory =
+       reinterpret_cast<Factory>(valueOr(module.symbol("factory", name), ExitCode::failed));
+   auto object = factory(std::forward<Arguments>(arguments)...);
+   using Object = typename decltype(object)::element_type;
+   return ModuleObject<Object>{std::move(module), std::move(object)};
+}
 
 }  // namespace tpcli

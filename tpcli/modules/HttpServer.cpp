@@ -1,12 +1,12 @@
 // The module that serves `tpcli metrics --listen` with cpp-httplib. Nothing but its factory is
 // exported, and only tpcli's metrics server loads it.
+#include "tpcli/HttpServer.h"
+
 #include <sys/socket.h>
 
 #include <chrono>
 #include <memory>
 #include <utility>
-
-#include "tpcli/HttpServer.h"
 
 // Last: with compression on, it brings zlib's global names (such as `intf`), which declarations
 // included after it could shadow.
