@@ -16,8 +16,10 @@ std::string loaderError() {
 
 }  // namespace
 
-Kel::Expected<DynamicLibrary> DynamicLibrary::open(std::string const& path, std::string role) {
-   auto* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+Kel::Expected<DynamicLibrary> DynamicLibrary::open(std::string const& path, std::string role,
+                                                   Closing closing) {
+   auto* handle = dlopen(
+       path.c_str(), RTLD_NOW | RTLD_LOCAL | (closing == Closing::keepsLoaded ? RTLD_NODELETE : 0));
    if (!handle) {
       return Kel::Failure{"cannot load " + role + " \"" + path + "\": " + loaderError()};
    }

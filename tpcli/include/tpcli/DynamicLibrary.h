@@ -14,9 +14,12 @@ namespace tpcli {
 
 class DynamicLibrary {
  public:
+   enum class Closing { unloads, keepsLoaded };
+
    // `role` names the library in messages ("the show library"). On failure the reason names the
    // role, the path and what the dynamic loader said.
-   static Kel::Expected<DynamicLibrary> open(std::string const& path, std::string role);
+   static Kel::Expected<DynamicLibrary> open(std::string const& path, std::string role,
+                                             Closing closing = Closing::unloads);
 
    DynamicLibrary(DynamicLibrary&& other) noexcept;
    DynamicLibrary& operator=(DynamicLibrary&& other) noexcept;
@@ -44,11 +47,16 @@ struct ModuleObject {
 };
 
 // Loads the module at `path` and makes its object with the factory exported as `name`; a module
-// or factory that is missing is CommandError "failed".
+// or factory that is missing is CommandError "failed". The module and the libraries it brings stay
+// loaded to the end of the process: those keep allocations in their globals (libedit its terminal
+// state, OpenSSL its tables), which unloading would leave unreachable, and the process ends soon
+// after the command that needed them.
 template <typename Factory, typename... Arguments>
 auto makeFromModule(std::string const& path, std::string role, char const* name,
                     Arguments&&... arguments) {
-   auto module = valueOr(DynamicLibrary::open(path, std::move(role)), ExitCode::failed);
+   auto module =
+       valueOr(DynamicLibrary::open(path, std::move(role), DynamicLibrary::Closing::keepsLoaded),
+               ExitCode::failed);
    auto const factory =
        reinterpret_cast<Factory>(valueOr(module.symbol("factory", name), ExitCode::failed));
    auto object = factory(std::forward<Arguments>(arguments)...);
