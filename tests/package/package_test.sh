@@ -29,12 +29,18 @@ dpkg -x "$package" "$work/root"
 usr="$work/root/usr"
 
 for file in bin/tpcli lib/libTrafficPolicyShowCliHelper.so lib/libTrafficPolicyPlatform.so \
+   lib/tpcli/tpcli-http.so lib/tpcli/tpcli-line-editor.so \
    include/TrafficPolicyShow/Kel/Ptr.h include/TrafficPolicyShow/TrafficPolicyCli/Factories.h \
    lib/cmake/platform/platformConfig.cmake lib/pkgconfig/trafficpolicyshow-platform.pc \
    share/tpcli/lab.json share/man/man1/tpcli.1 share/bash-completion/completions/tpcli; do
    [ -e "$usr/$file" ] || fail "the package has no usr/$file"
 done
 dpkg-deb -f "$package" Depends | grep -q libsimdjson || fail "Depends does not name simdjson"
+# tpcli links neither the HTTP library nor libedit; its modules do, and the package must still
+# depend on them.
+for library in libcpp-httplib libedit; do
+   dpkg-deb -f "$package" Depends | grep -q "$library" || fail "Depends does not name $library"
+done
 
 # Without -s tpcli shows the lab state that the package ships, with the library it ships.
 output=$(env -u TPCLI_LIBRARY "$usr/bin/tpcli" --no-pager show traffic-policy interface counters)

@@ -1,4 +1,5 @@
-// Finding the show library and the example state relative to the running executable.
+// Finding the show library, tpcli's modules and the example state relative to the running
+// executable.
 #include "tpcli/Locations.h"
 
 #include <cstdlib>
@@ -28,6 +29,13 @@ std::string firstExisting(std::vector<fs::path> const& candidates) {
    return candidates.back().string();
 }
 
+// tpcli's own modules live in a folder of their own under lib/, as no other program loads them.
+std::string modulePath(char const* fileName, char const* builtAt) {
+   auto const here = executableDirectory();
+   return firstExisting(
+       {here / fileName, here / ".." / TPCLI_INSTALL_LIBDIR / "tpcli" / fileName, builtAt});
+}
+
 }  // namespace
 
 std::string showLibraryPath(std::optional<std::string> const& fromOption) {
@@ -42,6 +50,14 @@ std::string showLibraryPath(std::optional<std::string> const& fromOption) {
    return firstExisting({here / TPCLI_LIBRARY_FILE_NAME,
                          here / ".." / TPCLI_INSTALL_LIBDIR / TPCLI_LIBRARY_FILE_NAME,
                          TPCLI_BUILD_TREE_LIBRARY});
+}
+
+std::string httpServerModulePath() {
+   return modulePath(TPCLI_HTTP_MODULE_FILE_NAME, TPCLI_BUILD_TREE_HTTP_MODULE);
+}
+
+std::string lineEditorModulePath() {
+   return modulePath(TPCLI_LINE_EDITOR_MODULE_FILE_NAME, TPCLI_BUILD_TREE_LINE_EDITOR_MODULE);
 }
 
 std::string exampleStatePath() {

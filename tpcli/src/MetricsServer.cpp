@@ -1,6 +1,6 @@
-// The HTTP side of `tpcli metrics --listen`. GET and HEAD of /metrics are answered; every other
-// path is 404 and every other method 405. Stop signals are blocked in every thread and taken by
-// one waiting thread, which stops the server from outside a signal handler.
+// `tpcli metrics --listen`: the address, the stop signals and the page; the HTTP side is the
+// module that tpcli loads for this command alone. Stop signals are blocked in every thread and
+// taken by one waiting thread, which stops the server from outside a signal handler.
 #include "tpcli/MetricsServer.h"
 
 #include <arpa/inet.h>
@@ -12,25 +12,23 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <thread>
+#include <utility>
 
 #include "Strix/Printable.h"
+#include "tpcli/DynamicLibrary.h"
+#include "tpcli/HttpServer.h"
+#include "tpcli/Locations.h"
 #include "tpcli/MetricsPage.h"
 #include "tpcli/MetricsWriter.h"
 #include "tpcli/ValueParsers.h"
-
-// Last: with compression on, it brings zlib's global names (such as `intf`), which the platform's
-// declarations would shadow if they came after.
-#include <httplib.h>
 
 namespace tpcli {
 
 namespace {
 
 constexpr std::uint32_t kHighestPort = 65535;
-// A collector scrapes one page at a time; two workers keep one slow client from holding it up.
-constexpr std::size_t kWorkers = 2;
-constexpr std::chrono::seconds kClientPatience{10};
 
 Kel::Failure badAddress(std::string_view text) {
    return Kel::Failure{"--listen: expected IPV4-ADDRESS:PORT or [IPV6-ADDRESS]:PORT, not " +
@@ -40,22 +38,6 @@ Kel::Failure badAddress(std::string_view text) {
 bool isAddress(std::string const& host, int family) {
    unsigned char bytes[sizeof(in6_addr)];
    return ::inet_pton(family, host.c_str(), bytes) == 1;
-}
-
-using Handled = httplib::Server::HandlerResponse;
-
-Handled answer(MetricsPage& page, httplib::Request const& request, httplib::Response& response) {
-   if (request.path != "/metrics") {
-      response.status = 404;
-      response.set_content("only /metrics is served here\n", "text/plain");
-   } else if (request.method != "GET" && request.method != "HEAD") {
-      response.status = 405;
-      response.set_header("Allow", "GET, HEAD");
-      response.set_content("/metrics answers GET and HEAD\n", "text/plain");
-   } else {
-      response.set_content(*page.current(), kOpenMetricsContentType);
-   }
-   return Handled::Handled;
 }
 
 // Blocks the stop signals in this thread and in every thread started after it, and restores the
@@ -114,18 +96,11 @@ Kel::Expected<ListenAddress> parseListenAddress(std::string_view text) {
 ExitCode serveMetrics(std::string const& statePath, ListenAddress const& address) {
    MetricsPage page(statePath);
    StopSignals const stopSignals;
-   httplib::Server server;
-   server.new_task_queue = [] { return new httplib::ThreadPool(kWorkers); };
-   server.set_read_timeout(kClientPatience);
-   server.set_write_timeout(kClientPatience);
-   server.set_address_family(address.ipv6 ? AF_INET6 : AF_INET);
-   server.set_pre_routing_handler(
-       [&page](httplib::Request const& request, httplib::Response& response) {
-          return answer(page, request, response);
-       });
-   auto const port = address.port == 0
-                         ? server.bind_to_any_port(address.host)
-                         : (server.bind_to_port(address.host, address.port) ? address.port : -1);
+   auto const loaded = makeFromModule<HttpServerFactory>(
+       httpServerModulePath(), "the HTTP server", "tpcliHttpServer",
+       HttpPage{"/metrics", kOpenMetricsContentType, [&page] { return page.current(); }});
+   auto& server = *loaded.object;
+   auto const port = server.bind(address.host, address.port, address.ipv6);
    if (port <= 0) {
       throw CommandError(ExitCode::failed, "cannot listen on " + address.host + " port " +
                                                std::to_string(address.port) + ": " +
@@ -141,7 +116,7 @@ ExitCode serveMetrics(std::string const& statePath, ListenAddress const& address
          if (auto const signal = stopSignals.wait(kGlance)) {
             stoppedBy = signal;
             // The server may not have started its loop yet; stopping it before would be lost.
-            while (!served && !server.is_running()) {
+            while (!served && !server.isRunning()) {
                std::this_thread::sleep_for(kGlance / 10);
             }
             server.stop();
@@ -149,7 +124,7 @@ ExitCode serveMetrics(std::string const& statePath, ListenAddress const& address
          }
       }
    });
-   auto const listened = server.listen_after_bind();
+   auto const listened = server.listen();
    served = true;
    waiter.join();
    if (stoppedBy == 0 && !listened) {

@@ -11,7 +11,9 @@
 #include "Strix/Printable.h"
 #include "tpcli/CommandGrammar.h"
 #include "tpcli/CommandHistory.h"
+#include "tpcli/DynamicLibrary.h"
 #include "tpcli/LineEditor.h"
+#include "tpcli/Locations.h"
 #include "tpcli/Reporting.h"
 #include "tpcli/Session.h"
 #include "tpcli/StateNames.h"
@@ -74,7 +76,10 @@ ExitCode runShell(Options const& options) {
    // Lines fed from a script are not the user's history.
    CommandHistory history(atTerminal ? historyPath() : std::nullopt);
    warnIf(history.load());
-   LineEditor editor(promptFor(session.statePath()), assistOn(session));
+   auto const loaded = makeFromModule<LineEditorFactory>(
+       lineEditorModulePath(), "the line editor", "tpcliLineEditor", promptFor(session.statePath()),
+       assistOn(session));
+   auto& editor = *loaded.object;
    for (auto const& line : history.lines()) {
       editor.remember(line);
    }

@@ -1,73 +1,48 @@
-// dlopen, dlsym and dlclose around the show library.
+// The show library's factories, found by name.
 #include "tpcli/ShowLibrary.h"
-
-#include <dlfcn.h>
-
-#include <utility>
 
 namespace tpcli {
 
 namespace {
 
-std::string loaderError() {
-   auto const* error = dlerror();
-   return error ? error : "unknown error";
-}
-
 // Fills one slot of the table by name; its type comes from the library's own declaration. False,
 // with the reason, when the library lacks the factory.
 template <typename Factory>
-bool find(Factory& slot, void* handle, std::string const& path, char const* name,
-          std::string& reason) {
-   dlerror();
-   auto* symbol = dlsym(handle, name);
+bool find(Factory& slot, DynamicLibrary const& library, char const* name, std::string& reason) {
+   auto const symbol = library.symbol("factory", name);
    if (!symbol) {
-      reason = "the show library \"" + path + "\" has no factory " + name + ": " + loaderError();
+      reason = symbol.reason();
       return false;
    }
-   slot = reinterpret_cast<Factory>(symbol);
+   slot = reinterpret_cast<Factory>(*symbol);
    return true;
 }
 
 }  // namespace
 
 Kel::Expected<ShowLibrary> ShowLibrary::open(std::string const& path) {
-   auto* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-   if (!handle) {
-      return Kel::Failure{"cannot load the show library \"" + path + "\": " + loaderError()};
+   auto library = DynamicLibrary::open(path, "the show library");
+   if (!library) {
+      return Kel::Failure{library.reason()};
    }
-   ShowLibrary library(handle);
-   auto& table = library.factories_;
+   ShowLibrary show(std::move(library).value());
+   auto const& loaded = show.library_;
+   auto& table = show.factories_;
    std::string reason;
    bool const complete =
-       find(table.interface, handle, path, "showTrafficPolicyInterfaceFactory", reason) &&
-       find(table.cpu, handle, path, "showTrafficPolicyCpuFactory", reason) &&
-       find(table.prefixFieldSet, handle, path, "showTrafficPolicyPrefixFieldSetFactory", reason) &&
-       find(table.l4PortFieldSet, handle, path, "showTrafficPolicyL4PortFieldSetFactory", reason) &&
-       find(table.vlanFieldSet, handle, path, "showTrafficPolicyVlanFieldSetFactory", reason) &&
-       find(table.ledgerSnapshotHelper, handle, path,
-            "trafficPolicyLedgerCounterSnapshotHelperFactory", reason) &&
-       find(table.pylonSnapshotHelper, handle, path,
-            "trafficPolicyPylonCounterSnapshotHelperFactory", reason);
+       find(table.interface, loaded, "showTrafficPolicyInterfaceFactory", reason) &&
+       find(table.cpu, loaded, "showTrafficPolicyCpuFactory", reason) &&
+       find(table.prefixFieldSet, loaded, "showTrafficPolicyPrefixFieldSetFactory", reason) &&
+       find(table.l4PortFieldSet, loaded, "showTrafficPolicyL4PortFieldSetFactory", reason) &&
+       find(table.vlanFieldSet, loaded, "showTrafficPolicyVlanFieldSetFactory", reason) &&
+       find(table.ledgerSnapshotHelper, loaded, "trafficPolicyLedgerCounterSnapshotHelperFactory",
+            reason) &&
+       find(table.pylonSnapshotHelper, loaded, "trafficPolicyPylonCounterSnapshotHelperFactory",
+            reason);
    if (!complete) {
       return Kel::Failure{reason};
    }
-   return library;
-}
-
-ShowLibrary::ShowLibrary(ShowLibrary&& other) noexcept
-    : handle_(std::exchange(other.handle_, nullptr)), factories_(other.factories_) {}
-
-ShowLibrary& ShowLibrary::operator=(ShowLibrary&& other) noexcept {
-   std::swap(handle_, other.handle_);
-   std::swap(factories_, other.factories_);
-   return *this;
-}
-
-ShowLibrary::~ShowLibrary() {
-   if (handle_) {
-      dlclose(handle_);
-   }
+   return show;
 }
 
 }  // namespace tpcli

@@ -8,14 +8,18 @@
 
 namespace {
 
-// Large pages where the system offers them, committed at once: a command fills whole segments of
-// model within milliseconds, and a 2 MiB page costs one fault where 4 KiB pages cost 512. The
-// defaults are set before any library's initialisation allocates, so that the main thread's first
-// segment has them too; the environment (MIMALLOC_LARGE_OS_PAGES, MIMALLOC_EAGER_COMMIT_DELAY)
-// still overrides them.
+// The allocator's defaults, set before any library's initialisation allocates so that the main
+// thread's first segment has them too; the environment (MIMALLOC_LARGE_OS_PAGES,
+// MIMALLOC_DECOMMIT_DELAY) still overrides them.
+// - No 2 MiB pages: mimalloc never gives back memory that it holds in them, so every page that the
+//   loader's temporary pieces or a half-used size class ever touched stays resident until the
+//   end, and on this kind of machine the kernel took longer to zero them than to fault 4 KiB
+//   pages one at a time.
+// - Freed spans of a segment go back to the system at once rather than after 25 ms: one command
+//   is done in well under a second, so a delay would keep nearly everything that was freed.
 void setAllocatorDefaults() {
-   mi_option_set_enabled_default(mi_option_large_os_pages, true);
-   mi_option_set_default(mi_option_eager_commit_delay, 0);
+   mi_option_set_enabled_default(mi_option_large_os_pages, false);
+   mi_option_set_default(mi_option_decommit_delay, 0);
 }
 
 [[gnu::section(".preinit_array"),

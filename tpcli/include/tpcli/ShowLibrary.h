@@ -4,8 +4,10 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "Kel/Expected.h"
+#include "tpcli/DynamicLibrary.h"
 #include "tpcli/FactoryTable.h"
 
 namespace tpcli {
@@ -15,18 +17,12 @@ class ShowLibrary {
    // On failure the reason names the path and what the dynamic loader said.
    static Kel::Expected<ShowLibrary> open(std::string const& path);
 
-   ShowLibrary(ShowLibrary&& other) noexcept;
-   ShowLibrary& operator=(ShowLibrary&& other) noexcept;
-   ShowLibrary(ShowLibrary const&) = delete;
-   ShowLibrary& operator=(ShowLibrary const&) = delete;
-   ~ShowLibrary();
-
    FactoryTable const& factories() const noexcept { return factories_; }
 
  private:
-   explicit ShowLibrary(void* handle) noexcept : handle_(handle) {}
+   explicit ShowLibrary(DynamicLibrary library) noexcept : library_(std::move(library)) {}
 
-   void* handle_;
+   DynamicLibrary library_;
    FactoryTable factories_;
 };
 

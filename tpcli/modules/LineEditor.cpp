@@ -1,9 +1,11 @@
-// libedit set up for a device-like prompt: emacs keys, our functions on `?`, TAB and Ctrl-C.
+// The module of `tpcli shell`'s line editor: libedit set up for a device-like prompt, emacs keys,
+// our functions on `?`, TAB and Ctrl-C. Nothing but its factory is exported.
 #include "tpcli/LineEditor.h"
 
 #include <histedit.h>
 
 #include <cstdio>
+#include <utility>
 
 namespace tpcli {
 
@@ -11,9 +13,35 @@ namespace {
 
 constexpr int kHistoryEntries = 1000;
 
-}  // namespace
+class LibeditLineEditor final : public LineEditor {
+ public:
+   LibeditLineEditor(std::string prompt, Assist assist);
+   ~LibeditLineEditor() override;
+   LibeditLineEditor(LibeditLineEditor const&) = delete;
+   LibeditLineEditor& operator=(LibeditLineEditor const&) = delete;
 
-LineEditor::LineEditor(std::string prompt, Assist assist)
+   std::optional<std::string> readLine() override;
+   void remember(std::string const& line) override;
+
+ private:
+   static LibeditLineEditor& of(editline* editLine);
+   static char* promptOf(editline* editLine);
+   static unsigned char onHelp(editline* editLine, int key);
+   static unsigned char onComplete(editline* editLine, int key);
+   static unsigned char onCancel(editline* editLine, int key);
+
+   std::string lineBeforeCursor() const;
+   // Writes `text` below the line being typed; the line is shown again after it.
+   void showBelow(std::string const& text) const;
+
+   std::string prompt_;
+   Assist assist_;
+   bool cancelled_ = false;
+   History* history_;
+   editline* editLine_;
+};
+
+LibeditLineEditor::LibeditLineEditor(std::string prompt, Assist assist)
     : prompt_(std::move(prompt)),
       assist_(std::move(assist)),
       history_(history_init()),
@@ -23,7 +51,7 @@ LineEditor::LineEditor(std::string prompt, Assist assist)
    history(history_, &event, H_SETUNIQUE, 1);
    el_set(editLine_, EL_CLIENTDATA, this);
    el_set(editLine_, EL_EDITOR, "emacs");
-   el_set(editLine_, EL_PROMPT, &LineEditor::promptOf);
+   el_set(editLine_, EL_PROMPT, &LibeditLineEditor::promptOf);
    el_set(editLine_, EL_HIST, history, history_);
    // Resizes and suspends are handled while a line is typed.
    el_set(editLine_, EL_SIGNAL, 1);
@@ -31,47 +59,49 @@ LineEditor::LineEditor(std::string prompt, Assist assist)
    // interrupting the process.
    el_set(editLine_, EL_SETTY, "-d", "-isig", nullptr);
    // The wide form keeps these strings as given; the narrow one copies them and never frees them.
-   el_wset(editLine_, EL_ADDFN, L"tpcli-help", L"List what may come next", &LineEditor::onHelp);
-   el_wset(editLine_, EL_ADDFN, L"tpcli-complete", L"Complete the word", &LineEditor::onComplete);
-   el_wset(editLine_, EL_ADDFN, L"tpcli-cancel", L"Drop the line", &LineEditor::onCancel);
+   el_wset(editLine_, EL_ADDFN, L"tpcli-help", L"List what may come next",
+           &LibeditLineEditor::onHelp);
+   el_wset(editLine_, EL_ADDFN, L"tpcli-complete", L"Complete the word",
+           &LibeditLineEditor::onComplete);
+   el_wset(editLine_, EL_ADDFN, L"tpcli-cancel", L"Drop the line", &LibeditLineEditor::onCancel);
    el_set(editLine_, EL_BIND, "?", "tpcli-help", nullptr);
    el_set(editLine_, EL_BIND, "^I", "tpcli-complete", nullptr);
    el_set(editLine_, EL_BIND, "^C", "tpcli-cancel", nullptr);
 }
 
-LineEditor::~LineEditor() {
+LibeditLineEditor::~LibeditLineEditor() {
    el_end(editLine_);
    history_end(history_);
 }
 
-LineEditor& LineEditor::of(editline* editLine) {
+LibeditLineEditor& LibeditLineEditor::of(editline* editLine) {
    void* self = nullptr;
    el_get(editLine, EL_CLIENTDATA, &self);
-   return *static_cast<LineEditor*>(self);
+   return *static_cast<LibeditLineEditor*>(self);
 }
 
-char* LineEditor::promptOf(editline* editLine) {
+char* LibeditLineEditor::promptOf(editline* editLine) {
    return of(editLine).prompt_.data();
 }
 
-std::string LineEditor::lineBeforeCursor() const {
+std::string LibeditLineEditor::lineBeforeCursor() const {
    auto const* line = el_line(editLine_);
    return {line->buffer, line->cursor};
 }
 
-void LineEditor::showBelow(std::string const& text) const {
+void LibeditLineEditor::showBelow(std::string const& text) const {
    std::fputc('\n', stdout);
    std::fputs(text.c_str(), stdout);
    std::fflush(stdout);
 }
 
-unsigned char LineEditor::onHelp(editline* editLine, int) {
+unsigned char LibeditLineEditor::onHelp(editline* editLine, int) {
    auto& self = of(editLine);
    self.showBelow(self.assist_.help(self.lineBeforeCursor()));
    return CC_REDISPLAY;
 }
 
-unsigned char LineEditor::onComplete(editline* editLine, int) {
+unsigned char LibeditLineEditor::onComplete(editline* editLine, int) {
    auto& self = of(editLine);
    auto const completion = self.assist_.complete(self.lineBeforeCursor());
    if (!completion.insert.empty()) {
@@ -85,12 +115,12 @@ unsigned char LineEditor::onComplete(editline* editLine, int) {
    return CC_REFRESH_BEEP;
 }
 
-unsigned char LineEditor::onCancel(editline* editLine, int) {
+unsigned char LibeditLineEditor::onCancel(editline* editLine, int) {
    of(editLine).cancelled_ = true;
    return CC_NEWLINE;
 }
 
-std::optional<std::string> LineEditor::readLine() {
+std::optional<std::string> LibeditLineEditor::readLine() {
    cancelled_ = false;
    int count = 0;
    auto const* line = el_gets(editLine_, &count);
@@ -110,9 +140,16 @@ std::optional<std::string> LineEditor::readLine() {
    return std::string(text);
 }
 
-void LineEditor::remember(std::string const& line) {
+void LibeditLineEditor::remember(std::string const& line) {
    HistEvent event;
    history(history_, &event, H_ENTER, line.c_str());
 }
 
+}  // namespace
+
 }  // namespace tpcli
+
+std::unique_ptr<tpcli::LineEditor> tpcliLineEditor(std::string prompt,
+                                                   tpcli::LineEditor::Assist assist) {
+   return std::make_unique<tpcli::LibeditLineEditor>(std::move(prompt), std::move(assist));
+}
