@@ -1,15 +1,10 @@
-// The masks of a block are built with SSE2, which every x86-64 processor has; elsewhere a plain
-// loop builds the same masks.
+// The walk with SSE2, which every x86-64 processor has, or byte by byte elsewhere; on processors
+// with AVX2 the walk compiled for them (BracketSkimAvx2.cpp).
 #include "BracketSkim.h"
 
-#include <simdjson.h>
+#include "BlockWalk.h"
 
-#include <bit>
-#include <cstdint>
-
-#include "TextPieces.h"
-
-#if defined(__SSE2__)
+#if defined(__x86_64__)
 #include <emmintrin.h>
 #endif
 
@@ -17,156 +12,47 @@ namespace StateLoader {
 
 namespace {
 
-static_assert(simdjson::SIMDJSON_PADDING >= 64, "a block may read 63 bytes beyond the text");
-
-constexpr std::size_t kBlock = 64;
-constexpr std::uint64_t kEvenBits = 0x5555'5555'5555'5555;
-constexpr std::uint64_t kOddBits = ~kEvenBits;
-
-// One bit per byte of a block, bit i for byte i.
-struct BlockMasks {
-   std::uint64_t quotes = 0;
-   std::uint64_t backslashes = 0;
-   std::uint64_t opens = 0;
-   std::uint64_t closes = 0;
-   std::uint64_t commas = 0;
+#if defined(__x86_64__)
+struct Sse2 {
+   static constexpr std::size_t kWidth = 16;
+   static __m128i load(unsigned char const* bytes) {
+      return _mm_loadu_si128(reinterpret_cast<__m128i const*>(bytes));
+   }
+   static __m128i withBit5(__m128i bytes) { return _mm_or_si128(bytes, _mm_set1_epi8(0x20)); }
+   static std::uint64_t matches(__m128i bytes, char byte) {
+      return static_cast<std::uint16_t>(
+          _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte))));
+   }
+   static std::uint64_t prefixXor(std::uint64_t bits) { return prefixXorByShifts(bits); }
 };
 
-#if defined(__SSE2__)
-std::uint64_t bitsOf(__m128i matches, unsigned lane) {
-   return std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(matches))} << (16 * lane);
-}
-
-// '[' and '{' differ only in the bit 0x20, as do ']' and '}'; no other byte becomes '{' or '}'
-// with that bit set.
-BlockMasks masksOf(unsigned char const* block) {
-   BlockMasks masks;
-   for (unsigned lane = 0; lane < 4; ++lane) {
-      auto const bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(block + 16 * lane));
-      auto const folded = _mm_or_si128(bytes, _mm_set1_epi8(0x20));
-      masks.quotes |= bitsOf(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('"')), lane);
-      masks.backslashes |= bitsOf(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\')), lane);
-      masks.opens |= bitsOf(_mm_cmpeq_epi8(folded, _mm_set1_epi8('{')), lane);
-      masks.closes |= bitsOf(_mm_cmpeq_epi8(folded, _mm_set1_epi8('}')), lane);
-      masks.commas |= bitsOf(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(',')), lane);
-   }
-   return masks;
+bool hasAvx2() {
+   __builtin_cpu_init();
+   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") &&
+          __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("bmi");
 }
 #else
-BlockMasks masksOf(unsigned char const* block) {
-   BlockMasks masks;
-   for (std::size_t index = 0; index < kBlock; ++index) {
-      auto const bit = std::uint64_t{1} << index;
-      switch (block[index]) {
-         case '"':
-            masks.quotes |= bit;
-            break;
-         case '\\':
-            masks.backslashes |= bit;
-            break;
-         case '{':
-         case '[':
-            masks.opens |= bit;
-            break;
-         case '}':
-         case ']':
-            masks.closes |= bit;
-            break;
-         case ',':
-            masks.commas |= bit;
-            break;
-         default:
-            break;
-      }
+struct OneByte {
+   static constexpr std::size_t kWidth = 1;
+   static unsigned char load(unsigned char const* bytes) { return *bytes; }
+   static unsigned char withBit5(unsigned char byte) { return byte | 0x20; }
+   static std::uint64_t matches(unsigned char byte, char wanted) {
+      return byte == static_cast<unsigned char>(wanted) ? 1 : 0;
    }
-   return masks;
-}
-#endif
-
-// Each bit set where an odd number of bits at or below it are set: with the quotes that are not
-// escaped, the bytes from an opening quote up to its closing quote (that one excluded).
-std::uint64_t prefixXor(std::uint64_t bits) {
-   for (unsigned shift = 1; shift < kBlock; shift *= 2) {
-      bits ^= bits << shift;
-   }
-   return bits;
-}
-
-// What one block leaves to the next.
-struct Carry {
-   bool escapesFirst = false;  // an odd run of backslashes ended the block
-   bool inString = false;      // the block ended inside a string
+   static std::uint64_t prefixXor(std::uint64_t bits) { return prefixXorByShifts(bits); }
 };
-
-// The bytes that a backslash escapes. A run of backslashes escapes the byte after it when the run
-// is odd: adding the run's first bit to the run carries to the bit just after it, and the run's
-// length is odd when that bit and the first differ in parity. Runs that start on even and on odd
-// bits are added separately so that the parity of each start is known.
-std::uint64_t escapedBytes(std::uint64_t backslashes, Carry& carry) {
-   std::uint64_t const escapedFirst = carry.escapesFirst ? 1 : 0;
-   std::uint64_t const active = backslashes & ~escapedFirst;
-   std::uint64_t const starts = active & ~(active << 1);
-   std::uint64_t const evenStarts = starts & kEvenBits;
-   std::uint64_t const oddStarts = starts & kOddBits;
-   std::uint64_t const afterEven = (active + evenStarts) & ~active;
-   std::uint64_t afterOdd;
-   // A run that starts on an odd bit and reaches the block's end is odd: it escapes the first byte
-   // of the next block. One that starts on an even bit and reaches the end is even.
-   carry.escapesFirst = __builtin_add_overflow(active, oddStarts, &afterOdd);
-   afterOdd &= ~active;
-   return escapedFirst | (afterEven & kOddBits) | (afterOdd & kEvenBits);
-}
-
-// The commas from the one after `last` on, as bits of the block at `block`.
-std::uint64_t commasBeyond(std::uint64_t commas, std::size_t block, std::size_t last) {
-   if (last < block) {
-      return commas;
-   }
-   auto const within = last - block;
-   return within + 1 >= kBlock ? 0 : commas & (~std::uint64_t{0} << (within + 1));
-}
+#endif
 
 }  // namespace
 
 std::optional<std::size_t> skimBracketed(std::string_view text, std::size_t begin,
                                          std::size_t last) {
-   auto const* const bytes = reinterpret_cast<unsigned char const*>(text.data());
-   Carry carry;
-   std::size_t depth = 0;
-   for (std::size_t block = begin; block < text.size(); block += kBlock) {
-      auto const masks = masksOf(bytes + block);
-      auto const quotes = masks.quotes & ~escapedBytes(masks.backslashes, carry);
-      auto const inString = prefixXor(quotes) ^ (carry.inString ? ~std::uint64_t{0} : 0);
-      carry.inString = (inString >> 63) != 0;
-      if (masks.backslashes & ~inString) {
-         return std::nullopt;
-      }
-      auto const opens = masks.opens & ~inString;
-      auto const closes = masks.closes & ~inString;
-      auto const commas = commasBeyond(masks.commas & ~inString, block, last);
-      auto const closing = static_cast<std::size_t>(std::popcount(closes));
-      if (depth > closing) {
-         // The value cannot end in this block.
-         if (commas) {
-            return TextValue::kUnknown;
-         }
-         depth = depth + static_cast<std::size_t>(std::popcount(opens)) - closing;
-         continue;
-      }
-      for (auto marks = opens | closes | commas; marks; marks &= marks - 1) {
-         auto const bit = marks & -marks;
-         if (bit & opens) {
-            ++depth;
-         } else if (bit & closes) {
-            if (--depth == 0) {
-               return block + static_cast<std::size_t>(std::countr_zero(bit)) + 1;
-            }
-         } else {
-            return TextValue::kUnknown;
-         }
-      }
-   }
-   refuseText(carry.inString ? simdjson::UNCLOSED_STRING : simdjson::TAPE_ERROR);
+#if defined(__x86_64__)
+   static bool const avx2 = hasAvx2();
+   return avx2 ? skimBracketedWithAvx2(text, begin, last) : walkBlocks<Sse2>(text, begin, last);
+#else
+   return walkBlocks<OneByte>(text, begin, last);
+#endif
 }
 
 }  // namespace StateLoader
