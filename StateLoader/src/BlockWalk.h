@@ -16,10 +16,6 @@
 
 namespace StateLoader {
 
-// The walk for processors with AVX2, in its own file (see above).
-std::optional<std::size_t> skimBracketedWithAvx2(std::string_view text, std::size_t begin,
-                                                 std::size_t last);
-
 namespace {
 
 static_assert(simdjson::SIMDJSON_PADDING >= 64, "a block may read 63 bytes beyond the text");

@@ -26,11 +26,6 @@ struct Sse2 {
    static std::uint64_t prefixXor(std::uint64_t bits) { return prefixXorByShifts(bits); }
 };
 
-bool hasAvx2() {
-   __builtin_cpu_init();
-   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") &&
-          __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("bmi");
-}
 #else
 struct OneByte {
    static constexpr std::size_t kWidth = 1;
@@ -45,11 +40,25 @@ struct OneByte {
 
 }  // namespace
 
+#if defined(__x86_64__)
+bool processorHasAvx2() {
+   __builtin_cpu_init();
+   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") &&
+          __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("bmi");
+}
+
+std::optional<std::size_t> skimBracketedWithSse2(std::string_view text, std::size_t begin,
+                                                 std::size_t last) {
+   return walkBlocks<Sse2>(text, begin, last);
+}
+#endif
+
 std::optional<std::size_t> skimBracketed(std::string_view text, std::size_t begin,
                                          std::size_t last) {
 #if defined(__x86_64__)
-   static bool const avx2 = hasAvx2();
-   return avx2 ? skimBracketedWithAvx2(text, begin, last) : walkBlocks<Sse2>(text, begin, last);
+   static bool const avx2 = processorHasAvx2();
+   return avx2 ? skimBracketedWithAvx2(text, begin, last)
+               : skimBracketedWithSse2(text, begin, last);
 #else
    return walkBlocks<OneByte>(text, begin, last);
 #endif

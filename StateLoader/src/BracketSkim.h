@@ -20,4 +20,14 @@ namespace StateLoader {
 std::optional<std::size_t> skimBracketed(std::string_view text, std::size_t begin,
                                          std::size_t last);
 
+#if defined(__x86_64__)
+// The walk for each kind of x86-64 processor, which skimBracketed chooses from; the one with AVX2
+// only where the processor has it.
+bool processorHasAvx2();
+std::optional<std::size_t> skimBracketedWithSse2(std::string_view text, std::size_t begin,
+                                                 std::size_t last);
+std::optional<std::size_t> skimBracketedWithAvx2(std::string_view text, std::size_t begin,
+                                                 std::size_t last);
+#endif
+
 }  // namespace StateLoader

@@ -3,6 +3,7 @@
 #include <immintrin.h>
 
 #include "BlockWalk.h"
+#include "BracketSkim.h"
 
 namespace StateLoader {
 

@@ -2,10 +2,14 @@
 // on well-formed text and on every kind of malformed text, wherever a block boundary falls.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <random>
 #include <string>
+#include <utility>
 #include <variant>
+#include <vector>
 
+#include "BracketSkim.h"
 #include "TextPieces.h"
 
 namespace {
@@ -42,12 +46,39 @@ std::string describe(Skimmed const& result) {
    return simdjson::error_message(std::get<simdjson::error_code>(result));
 }
 
+using Skim = std::size_t (*)(std::string_view, std::size_t, std::size_t);
+
+// skimValue, and each walk over blocks this processor can run, called as skimValue calls it; a
+// walk that leaves the text to the byte walk gives the byte walk's answer.
+std::vector<std::pair<std::string, Skim>> blockWalks() {
+   std::vector<std::pair<std::string, Skim>> walks = {{"skimValue", StateLoader::skimValue}};
+#if defined(__x86_64__)
+   using Walk = std::optional<std::size_t> (*)(std::string_view, std::size_t, std::size_t);
+   auto const add = [&walks]<Walk walk>(std::string name) {
+      walks.emplace_back(name, [](std::string_view text, std::size_t begin, std::size_t limit) {
+         auto const end =
+             walk(text, begin, limit < text.size() - begin ? begin + limit : text.size());
+         return end ? *end : StateLoader::skimValueByBytes(text, begin, limit);
+      });
+   };
+   add.operator()<StateLoader::skimBracketedWithSse2>("SSE2");
+   if (StateLoader::processorHasAvx2()) {
+      add.operator()<StateLoader::skimBracketedWithAvx2>("AVX2");
+   }
+#endif
+   return walks;
+}
+
 void expectSameAsByteWalk(std::string const& text, std::size_t begin, std::size_t limit) {
+   static auto const walks = blockWalks();
    PaddedText const padded(text);
-   auto const fast = skimmed(StateLoader::skimValue, padded.view(), begin, limit);
    auto const slow = skimmed(StateLoader::skimValueByBytes, padded.view(), begin, limit);
-   ASSERT_EQ(fast, slow) << "text: " << text << "\nbegin " << begin << ", limit " << limit
-                         << ": blocks say " << describe(fast) << ", bytes say " << describe(slow);
+   for (auto const& [name, walk] : walks) {
+      auto const fast = skimmed(walk, padded.view(), begin, limit);
+      ASSERT_EQ(fast, slow) << name << " on: " << text << "\nbegin " << begin << ", limit " << limit
+                            << ": blocks say " << describe(fast) << ", bytes say "
+                            << describe(slow);
+   }
 }
 
 // `count` filler bytes, so that what follows starts at a chosen offset.
