@@ -2,9 +2,9 @@
 // policy, are independent of one another until they are entered into the model, and building
 // their entities is most of the loader's time, so the members are read by a few threads, each
 // taking the next unread run of members (parsed together), while the entering stays on the calling
-// thread in document order. A member whose reading fails
-// keeps its fault until the walk in order reaches it: the file is refused for the same problem,
-// with the same place, as a reading on one thread would give.
+// thread in document order. A member whose reading fails keeps its fault until the walk in order
+// reaches it: the file is refused for the same problem, with the same place, as a reading on one
+// thread would give.
 #pragma once
 
 #include <atomic>

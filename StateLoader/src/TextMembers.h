@@ -35,7 +35,6 @@ class MemberList {
    std::size_t runs() const noexcept { return runStarts_.size(); }
    // The first member of a run; the run ends where the next one starts.
    std::size_t runStart(std::size_t run) const noexcept { return runStarts_[run]; }
-   std::size_t runEnd(std::size_t run) const noexcept;
 
    // Calls visit(key, node) for each member of a run in order, parsing them with `parser` when
    // they are in the text. Threads may visit different runs at once.
@@ -49,6 +48,7 @@ class MemberList {
 
  private:
    void cutIntoRuns();
+   std::size_t runEnd(std::size_t run) const noexcept;
 
    Node const& object_;
    bool inText_;
