@@ -6,10 +6,43 @@
 
 namespace StateLoader::detail {
 
-unsigned readingThreads(std::size_t members) {
+unsigned readingThreads(std::size_t members, std::size_t runs) {
    auto const processors = std::max(1u, std::thread::hardware_concurrency());
    auto const useful = std::max<std::size_t>(1, members / kMembersPerThread);
-   return static_cast<unsigned>(std::min<std::size_t>({processors, kMaxThreads, useful}));
+   return static_cast<unsigned>(std::min<std::size_t>({processors, kMaxThreads, useful, runs}));
+}
+
+ReadingCrew::ReadingCrew(unsigned threads, std::function<void()> readRuns)
+    : readRuns_(std::move(readRuns)), started_(threads), finished_(threads) {
+   for (unsigned count = 1; count < threads; ++count) {
+      try {
+         helpers_.emplace_back([this] {
+            for (;;) {
+               started_.arrive_and_wait();
+               if (over_) {
+                  return;
+               }
+               readRuns_();
+               finished_.arrive_and_wait();
+            }
+         });
+      } catch (std::system_error const&) {
+         // The thread that did not start no longer counts.
+         started_.arrive_and_drop();
+         finished_.arrive_and_drop();
+      }
+   }
+}
+
+ReadingCrew::~ReadingCrew() {
+   over_ = true;
+   started_.arrive_and_wait();
+}
+
+void ReadingCrew::readWindow() {
+   started_.arrive_and_wait();
+   readRuns_();
+   finished_.arrive_and_wait();
 }
 
 }  // namespace StateLoader::detail

@@ -1,14 +1,17 @@
-// Reading the members of a large object on every processor. Policies are independent of one
-// another until they are entered into the model, and building their entities is most of the
-// loader's time, so the members are read by a few threads, each taking the next unread member,
-// while the entering stays on the calling thread in document order. A member whose reading fails
-// keeps its fault until the walk in order reaches it: the file is refused for the same problem,
-// with the same place, as a reading on one thread would give.
+// Reading the members of a large object on every processor. Policies, and the rules of one
+// policy, are independent of one another until they are entered into the model, and building
+// their entities is most of the loader's time, so the members are read by a few threads, each
+// taking the next unread run of members (parsed together), while the entering stays on the calling
+// thread in document order. A member whose reading fails keeps its fault until the walk in order
+// reaches it: the file is refused for the same problem, with the same place, as a reading on one
+// thread would give.
 #pragma once
 
 #include <atomic>
+#include <barrier>
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <string_view>
 #include <system_error>
 #include <thread>
@@ -26,8 +29,73 @@ namespace detail {
 // Below this many members a second thread costs more than it saves.
 inline constexpr std::size_t kMembersPerThread = 64;
 inline constexpr unsigned kMaxThreads = 8;
+// Members are read and entered this many at a time, so that the results waiting to be entered do
+// not grow with the object.
+inline constexpr std::size_t kWindow = 4096;
 
-unsigned readingThreads(std::size_t members);
+unsigned readingThreads(std::size_t members, std::size_t runs);
+
+// The threads that read windows of members with the calling thread. They live as long as the walk
+// over the object: a thread started per window would set up its allocator's heap again each time.
+class ReadingCrew {
+ public:
+   // Starts up to `threads` - 1 helpers (fewer only make the reading slower); each of them, and
+   // the calling thread, call `readRuns` once per window.
+   ReadingCrew(unsigned threads, std::function<void()> readRuns);
+   ~ReadingCrew();
+   ReadingCrew(ReadingCrew const&) = delete;
+   ReadingCrew& operator=(ReadingCrew const&) = delete;
+
+   // Returns once every thread has read what it could of the window.
+   void readWindow();
+
+ private:
+   std::function<void()> readRuns_;
+   std::barrier<> started_;
+   std::barrier<> finished_;
+   bool over_ = false;
+   std::vector<std::jthread> helpers_;
+};
+
+// One window's reading: threads take its runs in turn and read them into `results`, leaving in
+// `faults` the fault of each run that failed, at the member it failed at.
+template <typename Result>
+struct WindowReading {
+   std::vector<Result> results;
+   std::vector<std::exception_ptr> faults;
+   std::atomic<std::size_t> next{0};
+   // Runs after a failed one are not read: the walk in order stops at the first fault.
+   std::atomic<std::size_t> firstFault{0};
+
+   void reset(MemberList const& members) {
+      results.clear();
+      results.resize(members.size());
+      faults.assign(members.size(), nullptr);
+      next = 0;
+      firstFault = members.runs();
+   }
+
+   template <typename Read>
+   void readRuns(MemberList const& members, Read& read) {
+      PieceParser parser;
+      for (auto run = next++; run < firstFault.load(); run = next++) {
+         auto index = members.runStart(run);
+         auto readOne = [&](std::string_view key, Node const& value) {
+            results[index] = read(key, value);
+            ++index;
+         };
+         try {
+            members.visitRun(run, parser, readOne);
+            members.release(run);
+         } catch (...) {
+            faults[index] = std::current_exception();
+            for (auto seen = firstFault.load(); run < seen;) {
+               firstFault.compare_exchange_weak(seen, run);
+            }
+         }
+      }
+   }
+};
 
 }  // namespace detail
 
@@ -37,47 +105,25 @@ unsigned readingThreads(std::size_t members);
 template <typename Read, typename Enter>
 void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
    using Result = std::invoke_result_t<Read&, std::string_view, Node const&>;
-   MemberList const members(object);
-   std::vector<Result> results(members.size());
-   std::vector<std::exception_ptr> faults(members.size());
-   std::atomic<std::size_t> next{0};
-   // Members after a failed one are not read: the walk in order stops at the first fault.
-   std::atomic<std::size_t> firstFault{members.size()};
-   auto const readMembers = [&] {
-      PieceParser parser;
-      for (auto index = next++; index < firstFault.load(); index = next++) {
-         auto readOne = [&](std::string_view key, Node const& value) {
-            results[index] = read(key, value);
-         };
-         try {
-            members.visit(index, parser, readOne);
-            members.release(index);
-         } catch (...) {
-            faults[index] = std::current_exception();
-            for (auto seen = firstFault.load(); index < seen;) {
-               firstFault.compare_exchange_weak(seen, index);
-            }
+   MemberList members(object);
+   if (!members.nextWindow(detail::kWindow)) {
+      return;
+   }
+   detail::WindowReading<Result> window;
+   detail::ReadingCrew crew(detail::readingThreads(members.size(), members.runs()),
+                            [&] { window.readRuns(members, read); });
+   do {
+      window.reset(members);
+      crew.readWindow();
+      for (std::size_t index = 0; index < members.size(); ++index) {
+         if (window.faults[index]) {
+            std::rethrow_exception(window.faults[index]);
          }
+         auto const key = members.key(index);
+         Where const where = object.where.member(key);
+         enter(key, where, std::move(window.results[index]));
       }
-   };
-   std::vector<std::jthread> helpers;
-   for (unsigned count = 1; count < detail::readingThreads(members.size()); ++count) {
-      try {
-         helpers.emplace_back(readMembers);
-      } catch (std::system_error const&) {
-         break;  // fewer threads only make the reading slower
-      }
-   }
-   readMembers();
-   helpers.clear();
-   for (std::size_t index = 0; index < members.size(); ++index) {
-      if (faults[index]) {
-         std::rethrow_exception(faults[index]);
-      }
-      auto const key = members.key(index);
-      Where const where = object.where.member(key);
-      enter(key, where, std::move(results[index]));
-   }
+   } while (members.nextWindow(detail::kWindow));
 }
 
 }  // namespace StateLoader

@@ -64,18 +64,24 @@ void enterSequence(PolicyMapSubConfig& policy, RuleTarget const& rule, Where con
 }
 
 void readRules(Node const& value, PolicyMapSubConfig& policy) {
-   forEachMember(value, [&policy](std::string_view key, Node const& entry) {
-      auto const name = checkedName(key, "rule name", entry.where);
-      RuleTarget rule{Kel::make<ClassMapConfig>(name), nullptr};
-      readMembers(entry, kRuleMembers, rule);
-      if (!insertedNew(policy.classMap(), name, rule.classMap)) {
-         failDuplicateKey(entry.where, key);
-      }
-      enterSequence(policy, rule, entry.where);
-      if (rule.actions) {
-         policy.classAction().insertOrAssign(name, rule.actions);
-      }
-   });
+   forEachMemberInParallel(
+       value,
+       [](std::string_view key, Node const& entry) {
+          auto const name = checkedName(key, "rule name", entry.where);
+          RuleTarget rule{Kel::make<ClassMapConfig>(name), nullptr};
+          readMembers(entry, kRuleMembers, rule);
+          return rule;
+       },
+       [&policy](std::string_view key, Where const& where, RuleTarget rule) {
+          auto const& name = rule.classMap->name();
+          if (!insertedNew(policy.classMap(), name, rule.classMap)) {
+             failDuplicateKey(where, key);
+          }
+          enterSequence(policy, rule, where);
+          if (rule.actions) {
+             policy.classAction().insertOrAssign(name, rule.actions);
+          }
+       });
 }
 
 constexpr std::array kPolicyMembers = {

@@ -173,49 +173,114 @@ MemberList::MemberList(Node const& object) : object_(object), inText_(object.unp
       for (auto const [key, value] : asObject(object)) {
          parsed_.emplace_back(key, value);
       }
-      return;
+   } else if (!object.text->members) {
+      next_ = firstMember(*object.text);
    }
-   TextValue const& self = *object.text;
-   spans_ = self.members ? *self.members : gatherMembers(self);
-   keys_.resize(spans_.size());
 }
 
-void MemberList::visit(std::size_t index, PieceParser& parser, MemberVisitor visit) const {
+bool MemberList::nextWindow(std::size_t count) {
+   spans_.clear();
+   runStarts_.clear();
+   keys_.clear();
    if (!inText_) {
-      auto const& [key, value] = parsed_[index];
+      parsedBase_ = next_;
+      next_ = std::min(parsed_.size(), next_ + count);
+      keys_.resize(next_ - parsedBase_);
+      for (std::size_t index = parsedBase_; index < next_; ++index) {
+         runStarts_.push_back(index - parsedBase_);
+      }
+      return !keys_.empty();
+   }
+   TextValue const& self = *object_.text;
+   if (self.members) {
+      auto const& found = *self.members;
+      auto const end = std::min(found.size(), next_ + count);
+      spans_.assign(found.begin() + static_cast<std::ptrdiff_t>(next_),
+                    found.begin() + static_cast<std::ptrdiff_t>(end));
+      next_ = end;
+   } else {
+      auto const text = self.state->text;
+      while (next_ != TextValue::kUnknown && spans_.size() < count) {
+         auto member = memberAt(text, next_);
+         member.end = skimValue(text, member.value, TextValue::kUnknown);
+         spans_.push_back(member);
+         next_ = nextMember(self, member.end);
+      }
+   }
+   keys_.resize(spans_.size());
+   cutIntoRuns();
+   return !spans_.empty();
+}
+
+// A large member is a run of its own, read member by member in turn; small ones are gathered up
+// to a piece's size.
+void MemberList::cutIntoRuns() {
+   TextValue const& self = *object_.text;
+   bool runOpen = false;
+   for (std::size_t index = 0; index < spans_.size(); ++index) {
+      auto const& span = spans_[index];
+      TextValue const value{self.state, nullptr, span.value, self.depth + 1, span.end};
+      if (value.isLargeObject()) {
+         runStarts_.push_back(index);
+         runOpen = false;
+         continue;
+      }
+      if (!runOpen) {
+         runStarts_.push_back(index);
+         runOpen = true;
+      }
+      runOpen = span.end - spans_[runStarts_.back()].key < self.state->limits.piece;
+   }
+}
+
+std::size_t MemberList::runEnd(std::size_t run) const noexcept {
+   return run + 1 < runStarts_.size() ? runStarts_[run + 1] : keys_.size();
+}
+
+void MemberList::visitRun(std::size_t run, PieceParser& parser, MemberVisitor visit) const {
+   auto const first = runStarts_[run];
+   if (!inText_) {
+      auto const& [key, value] = parsed_[parsedBase_ + first];
+      keys_[first] = key;
       Where const where = object_.where.member(key);
       visit(key, Node{value, where});
       return;
    }
    TextValue const& self = *object_.text;
-   TextValue const object{self.state, &parser, self.begin, self.depth, self.end};
-   auto const& span = spans_[index];
-   TextValue const value{self.state, &parser, span.value, self.depth + 1, span.end};
-   if (value.isLargeObject()) {
-      keys_[index] = keyOf(object, span);
-      Where const where = object_.where.member(keys_[index]);
-      visit(keys_[index], Node{{}, where, &value, true});
+   auto const& head = spans_[first];
+   TextValue const headValue{self.state, &parser, head.value, self.depth + 1, head.end};
+   if (headValue.isLargeObject()) {
+      TextValue const object{self.state, &parser, self.begin, self.depth, self.end};
+      keys_[first] = keyOf(object, head);
+      Where const where = object_.where.member(keys_[first]);
+      visit(keys_[first], Node{{}, where, &headValue, true});
       return;
    }
-   auto const piece = between(self.state->text, span.key, span.end);
+   auto const end = runEnd(run);
+   auto const piece = between(self.state->text, head.key, spans_[end - 1].end);
    auto const members = parser.parse(piece, Form::members, self.depth).get_object().value_unsafe();
-   if (members.size() != 1) {
+   auto index = first;
+   for (auto const [key, element] : members) {
+      if (index == end) {
+         refuseText();
+      }
+      auto const& span = spans_[index];
+      TextValue const value{self.state, &parser, span.value, self.depth + 1, span.end};
+      keys_[index] = key;
+      Where const where = object_.where.member(keys_[index]);
+      visit(keys_[index], Node{element, where, &value});
+      ++index;
+   }
+   if (index != end) {
       refuseText();
    }
-   auto const member = *members.begin();
-   keys_[index] = member.key;
-   Where const where = object_.where.member(keys_[index]);
-   visit(keys_[index], Node{member.value, where, &value});
+   parser.trim();
 }
 
-void MemberList::release(std::size_t index) const noexcept {
+void MemberList::release(std::size_t run) const noexcept {
    if (inText_) {
-      object_.text->state->release(spans_[index].key, spans_[index].end);
+      object_.text->state->release(spans_[runStarts_[run]].key, spans_[runEnd(run) - 1].end);
    }
-}
-
-std::string_view MemberList::key(std::size_t index) const noexcept {
-   return !inText_ ? parsed_[index].first : std::string_view(keys_[index]);
 }
 
 }  // namespace StateLoader

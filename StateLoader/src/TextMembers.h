@@ -20,28 +20,45 @@ Node nodeOf(TextValue const& value, Where const& where);
 // The members of a large object, found by skimming over it once; its end is recorded on the way.
 std::vector<MemberSpan> gatherMembers(TextValue const& object);
 
-// The members of an object, parsed or in the text.
+// The members of an object, parsed or in the text, found a window at a time so that what is kept
+// about them does not grow with the object. Within a window, members in the text are cut into runs
+// that are parsed together, as a walk in order parses them; a run is read by one thread.
 class MemberList {
  public:
    explicit MemberList(Node const& object);
 
-   std::size_t size() const noexcept { return inText_ ? spans_.size() : parsed_.size(); }
+   // Moves on to the next (at most) `count` members, numbered from 0 within the window; false when
+   // none is left. Throws TextRefused when the text around them is malformed.
+   bool nextWindow(std::size_t count);
 
-   // Calls visit(key, node) for the member at `index`, parsing it with `parser` when it is in the
-   // text. Threads may visit different members at once.
-   void visit(std::size_t index, PieceParser& parser, MemberVisitor visit) const;
+   std::size_t size() const noexcept { return keys_.size(); }
+   std::size_t runs() const noexcept { return runStarts_.size(); }
+   // The first member of a run; the run ends where the next one starts.
+   std::size_t runStart(std::size_t run) const noexcept { return runStarts_[run]; }
 
-   // Lets go of the pages that only the member at `index` holds, once it has been read.
-   void release(std::size_t index) const noexcept;
+   // Calls visit(key, node) for each member of a run in order, parsing them with `parser` when
+   // they are in the text. Threads may visit different runs at once.
+   void visitRun(std::size_t run, PieceParser& parser, MemberVisitor visit) const;
+
+   // Lets go of the pages that only the members of a run hold, once they have been read.
+   void release(std::size_t run) const noexcept;
 
    // The key of a member, once it has been visited.
-   std::string_view key(std::size_t index) const noexcept;
+   std::string_view key(std::size_t index) const noexcept { return keys_[index]; }
 
  private:
+   void cutIntoRuns();
+   std::size_t runEnd(std::size_t run) const noexcept;
+
    Node const& object_;
    bool inText_;
    std::vector<std::pair<std::string_view, simdjson::dom::element>> parsed_;
+   // Where the next window starts: an index into the parsed members or the object's found members,
+   // or a position in the text.
+   std::size_t next_ = 0;
+   std::size_t parsedBase_ = 0;  // the parsed member that is the window's first
    std::vector<MemberSpan> spans_;
+   std::vector<std::size_t> runStarts_;
    mutable std::vector<std::string> keys_;
 };
 

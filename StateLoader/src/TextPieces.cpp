@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 
+#include "BracketSkim.h"
 #include "Document.h"
 
 namespace StateLoader {
@@ -90,10 +91,28 @@ void refuseText(simdjson::error_code error) {
    throw TextRefused(error);
 }
 
-// The limit is checked at commas only: an object large enough to pass it has many.
+namespace {
+
+// The last position at which a comma does not yet put the value beyond its limit. The limit is
+// checked at commas only: an object large enough to pass it has many.
+std::size_t lastBefore(std::string_view text, std::size_t begin, std::size_t limit) {
+   return limit < text.size() - begin ? begin + limit : text.size();
+}
+
+}  // namespace
+
 std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limit) {
+   if (text[begin] == '{' || text[begin] == '[') {
+      if (auto const end = skimBracketed(text, begin, lastBefore(text, begin, limit))) {
+         return *end;
+      }
+   }
+   return skimValueByBytes(text, begin, limit);
+}
+
+std::size_t skimValueByBytes(std::string_view text, std::size_t begin, std::size_t limit) {
    auto const* const bytes = bytesOf(text);
-   std::size_t const last = limit < text.size() - begin ? begin + limit : text.size();
+   std::size_t const last = lastBefore(text, begin, limit);
    std::size_t depth = 0;
    for (std::size_t pos = begin;; ++pos) {
       Byte kind;

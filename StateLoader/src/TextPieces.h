@@ -114,4 +114,8 @@ std::size_t stringEnd(std::string_view text, std::size_t pos);
 // by matching brackets outside strings; TextValue::kUnknown once it runs beyond `limit` bytes.
 std::size_t skimValue(std::string_view text, std::size_t begin, std::size_t limit);
 
+// The same found byte by byte: how a value other than an object or a list is skimmed, and how one
+// is where its text is malformed in a way that the block walk could read differently.
+std::size_t skimValueByBytes(std::string_view text, std::size_t begin, std::size_t limit);
+
 }  // namespace StateLoader

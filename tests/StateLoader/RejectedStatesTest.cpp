@@ -157,6 +157,48 @@ TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
    }
 }
 
+// The rules of one large policy are read in runs by several threads and entered a few thousand
+// at a time; the first problem in document order must still win, wherever runs and windows end.
+TEST(RejectedStates, ManyRulesAreRefusedForTheirFirstProblem) {
+   constexpr int kRules = 10000;
+   constexpr int kAlwaysBroken = kRules - 5;
+   constexpr int kNowhere = kRules;
+   struct OrderCase {
+      std::string_view name;
+      int broken;            // its sequence is a string
+      int repeatedName;      // named "r0" a second time
+      int repeatedSequence;  // sequence 1 a second time
+      std::string expected;
+   };
+   auto const badSequence = [](int rule) {
+      return "/trafficPolicies/p/rules/r" + std::to_string(rule) +
+             "/sequence: expected a whole number from 0 to 4294967295, found a string";
+   };
+   OrderCase const cases[] = {
+       {"early fault before a late one", 10, kNowhere, kNowhere, badSequence(10)},
+       {"fault in the last window", 9000, kNowhere, kNowhere, badSequence(9000)},
+       {"repeated name in a later window before a fault", 6000, 5000, kNowhere,
+        R"(/trafficPolicies/p/rules/r0: duplicate key "r0")"},
+       {"repeated sequence before a fault", 6000, kNowhere, 4100,
+        R"(/trafficPolicies/p/rules/r4100/sequence: sequence number 1 is already used by rule "r0")"},
+       {"fault at a window's end before a repeated name", 4095, 4096, kNowhere, badSequence(4095)},
+   };
+   std::vector<RejectedCase> rows;
+   for (OrderCase const& row : cases) {
+      std::string text = R"({"trafficPolicies": {"p": {"rules": {)";
+      for (int rule = 0; rule < kRules; ++rule) {
+         auto const name = rule == row.repeatedName ? 0 : rule;
+         auto const sequence = rule == row.repeatedSequence ? 1 : rule + 1;
+         text += (rule ? ", \"r" : "\"r") + std::to_string(name) + "\": {\"sequence\": ";
+         text += rule == row.broken || rule == kAlwaysBroken ? "\"x\"}"
+                                                             : std::to_string(sequence) + "}";
+      }
+      text += "}}}}";
+      rows.push_back({std::string(row.name), text, row.expected});
+   }
+   expectRejected(rows, true);
+}
+
 // A large file's pages are let go as its rules are read. A fault found late is still told as for
 // a file read whole, the text around it read again from the file: a content fault when the text
 // is well formed, else the fault of the text, even one after the content fault.
