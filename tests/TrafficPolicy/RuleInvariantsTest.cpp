@@ -5,8 +5,8 @@
 
 #include <functional>
 
-#include "Kel/Assert.h"
 #include "TrafficPolicyCli/CliMap.h"
+#include "support/CapturedAssertion.h"
 #include "support/RenderedRules.h"
 
 namespace {
@@ -84,16 +84,7 @@ TEST(RuleRendering, WhatNoStateCanSayRendersAsTheRulesSay) {
    }
 }
 
-class RenderingInvariants : public testing::Test {
- protected:
-   void SetUp() override { previous_ = Kel::assertHandlerIs(&Kel::throwingAssertHandler); }
-   void TearDown() override { Kel::assertHandlerIs(previous_); }
-
- private:
-   Kel::AssertHandler previous_ = nullptr;
-};
-
-TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
+TEST(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
    using Filter = Kel::Ptr<StructuredFilter>;
    auto const withSources = [](std::function<void(StructuredFilter&)> const& more) {
       auto filter = Kel::make<StructuredFilter>();
@@ -149,21 +140,14 @@ TEST_F(RenderingInvariants, BrokenConfigurationStopsOnTheQuotedExpression) {
         actionsOfType(6), "false && \"Unexpected action type\""},
    };
    for (auto const& broken : cases) {
-      SCOPED_TRACE(broken.name);
-      try {
-         renderRule(broken.option, broken.filter, broken.actions);
-         ADD_FAILURE() << "no assertion";
-      } catch (Kel::AssertionError const& error) {
-         EXPECT_EQ(error.expression(), broken.expression);
-         EXPECT_EQ(error.source(), "TrafficPolicy/TrafficPolicyShowCliHelper");
-      }
+      EXPECT_EQ(testing_support::failedAssertion(
+                    [&] { renderRule(broken.option, broken.filter, broken.actions); }, true),
+                std::string("TrafficPolicy/TrafficPolicyShowCliHelper: ") + broken.expression)
+          << broken.name;
    }
-   try {
-      TrafficPolicyCli::cliJsonName("Source prefixes");
-      ADD_FAILURE() << "no assertion";
-   } catch (Kel::AssertionError const& error) {
-      EXPECT_EQ(error.expression(), "!!jsonName && \"Invalid mapping in cliMap\"");
-   }
+   EXPECT_EQ(
+       testing_support::failedAssertion([] { TrafficPolicyCli::cliJsonName("Source prefixes"); }),
+       "!!jsonName && \"Invalid mapping in cliMap\"");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Command-line options: the values each accepted line sets and the text that --help and --version
-// ask for. The message of each mistake is a row of data/command-lines.txt.
+// Command-line options: the values each accepted line sets. What --help and --version print, and
+// the message of each mistake, are checked on tpcli as a process.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -45,25 +45,6 @@ TEST(OptionsTest, SetsWhatEachOptionSays) {
       row.expectedChange(expected);
       EXPECT_TRUE(invocation->options == expected) << row.line;
       EXPECT_FALSE(invocation->textToPrint) << row.line;
-   }
-}
-
-TEST(OptionsTest, HelpAndVersionOnlyPrint) {
-   struct Printing {
-      std::string line;
-      std::string expectedPart;
-   };
-   Printing const rows[] = {
-       {"-h show", "  tpcli sh traffic-policy int det\n"},
-       {"--help", "Exit codes: 0 done, 1 failed to act, 2 usage, 3 invalid state file"},
-       {"--version", "tpcli " TPCLI_VERSION "\n"},
-   };
-   for (auto const& row : rows) {
-      auto const invocation = parseCommandLine(wordsOf(row.line));
-      ASSERT_TRUE(invocation.ok() && invocation->textToPrint) << row.line;
-      EXPECT_NE(invocation->textToPrint->find(row.expectedPart), std::string::npos)
-          << row.line << " printed:\n"
-          << *invocation->textToPrint;
    }
 }
 

@@ -1,10 +1,10 @@
 // Clearing counters with tpcli as a process, on a state of its own in a private folder: what a
 // clear stores is what the next shows are given, later counts show the increase since, a clear of
 // one direction keeps the others, two clears at once both count, a clear killed at any of its steps
-// leaves the old snapshot file or the new one, a damaged snapshot file or a link that another user
-// could have made ends the command with its exit code, and a clear waits for a held lock a bounded
-// time, or until Ctrl-C. Clears run the real show library; shows run the fake one, which
-// writes back the snapshots it was handed.
+// leaves the old snapshot file or the new one, a damaged snapshot file ends the command with its
+// exit code, and a clear waits for a held lock a bounded time, or until Ctrl-C. (What other users
+// could leave at the files' names is refused as the snapshot files are opened.) Clears run the real
+// show library; shows run the fake one, which writes back the snapshots it was handed.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -16,7 +16,6 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <tuple>
 
 #include "support/TempStateFiles.h"
 #include "support/TpcliProcess.h"
@@ -205,30 +204,6 @@ TEST_P(TpcliClearTest, ADamagedSnapshotFileStopsShowsAndClears) {
        {"-s " + state_.string() + " clear traffic-policy counters interface", {}, 3, reason},
    });
    EXPECT_EQ(testing_support::readFile(snapshots_), damaged);
-}
-
-// A link that another user could leave at the names a clear uses, in a folder both can write: the
-// clear refuses it (1), a show refuses such a snapshot file as a damaged one (3), and nothing is
-// written through the link. (Every kind of such file is refused as the snapshot files are read.)
-TEST_P(TpcliClearTest, LinksThatOthersCouldHaveMadeAreRefused) {
-   auto const victim = folder_ / "victim.json";
-   auto const lock = snapshots_.string() + ".lock";
-   stateIs(0);
-   for (auto const& [at, reason, showExit] :
-        {std::tuple{snapshots_.string(), snapshots_.string() + ": the file is a symbolic link", 3},
-         std::tuple{lock, "cannot lock " + lock + ": the file is a symbolic link", 0}}) {
-      std::ofstream(victim) << "{}";
-      fs::create_symlink(victim, at);
-      expectRuns(
-          {{"-s " + state_.string() + " clear traffic-policy counters", {}, 1, reason},
-           {"--library " FAKE_SHOW_LIBRARY " -s " + state_.string() + " show traffic-policy cpu",
-            {},
-            showExit,
-            showExit ? reason : ""}});
-      EXPECT_EQ(testing_support::readFile(victim), "{}") << at;
-      fs::remove(snapshots_);
-      fs::remove(lock);
-   }
 }
 
 TEST_P(TpcliClearTest, AHeldLockIsWaitedForABoundedTimeOrUntilCtrlC) {

@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "Kel/Assert.h"
+#include "support/CapturedAssertion.h"
 #include "support/CapturedOutput.h"
 #include "vellum/Renderer.h"
 #include "vellum/SigIntException.h"
@@ -223,21 +223,19 @@ TEST(RendererNesting, EachMisnestingStopsOnItsAssertion) {
         },
         ""},
    };
-   auto const previous = Kel::assertHandlerIs(&Kel::throwingAssertHandler);
    for (auto const& row : rows) {
       testing_support::MemoryFile file;
       vellum::VellumBuffer buffer(file.fd(), 4096, 1);
-      std::string expression;
-      try {
-         RendererV2 renderer(row.format, &buffer, true);
-         row.calls(renderer);
-      } catch (Kel::AssertionError const& error) {
-         expression = error.expression();
-      } catch (vellum::SigIntException const&) {
-      }
-      EXPECT_EQ(expression, row.expression) << row.name;
+      EXPECT_EQ(testing_support::failedAssertion([&] {
+                   try {
+                      RendererV2 renderer(row.format, &buffer, true);
+                      row.calls(renderer);
+                   } catch (vellum::SigIntException const&) {
+                   }
+                }),
+                row.expression)
+          << row.name;
    }
-   Kel::assertHandlerIs(previous);
 }
 #endif
 
