@@ -59,12 +59,6 @@ json const kNoSnapshots = {{"rules", json::object()}, {"named", json::object()}}
 
 class TpcliClearTest : public testing::TestWithParam<bool> {
  protected:
-   TpcliClearTest() {
-      fs::remove_all(folder_);
-      fs::create_directories(folder_);
-   }
-   ~TpcliClearTest() override { fs::remove_all(folder_); }
-
    void stateIs(std::uint64_t raise) const {
       std::ofstream(state_) << stateText(GetParam(), raise).dump();
    }
@@ -93,10 +87,9 @@ class TpcliClearTest : public testing::TestWithParam<bool> {
               {"cpu", show("cpu").at("snapshots")}};
    }
 
-   fs::path const folder_ =
-       fs::path(testing::TempDir()) / ("tpcli-clear-" + std::to_string(getpid()));
-   fs::path const state_ = folder_ / "device.json";
-   fs::path const snapshots_ = folder_ / "device.snapshots.json";
+   testing_support::TempStateFiles const files_;
+   fs::path const state_ = files_.folder() / "device.json";
+   fs::path const snapshots_ = files_.folder() / "device.snapshots.json";
 };
 
 TEST_P(TpcliClearTest, ShowsAreHandedTheLastClearsSnapshots) {

@@ -9,9 +9,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 
+#include "support/TempStateFiles.h"
 #include "support/TpcliProcess.h"
 
 namespace tpcli_test {
@@ -19,28 +19,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class TpcliInputTest : public ::testing::Test {
- protected:
-   void SetUp() override {
-      folder_ = fs::path(::testing::TempDir()) / ("tpcli-input-" + std::to_string(getpid()));
-      fs::create_directories(folder_);
-   }
-   void TearDown() override { fs::remove_all(folder_); }
-
-   std::string copyOfLab() const {
-      auto const path = folder_ / "lab.json";
-      fs::copy_file(fs::path(EXAMPLES_DIR) / "lab.json", path,
-                    fs::copy_options::overwrite_existing);
-      return path.string();
-   }
-
-   fs::path folder_;
-};
-
-TEST_F(TpcliInputTest, OddStateFilesEndWithTheirExitCodeAndOneLine) {
-   auto const changing = copyOfLab();
-   auto const huge = (folder_ / "huge.json").string();
-   std::ofstream(huge) << "{}";
+TEST(TpcliInputTest, OddStateFilesEndWithTheirExitCodeAndOneLine) {
+   testing_support::TempStateFiles const files;
+   auto const changing =
+       files.write("lab.json", testing_support::readFile(fs::path(EXAMPLES_DIR) / "lab.json"));
+   auto const huge = files.write("huge.json", "{}");
    fs::resize_file(huge, std::uintmax_t{5} << 30);
    expectRuns({
        {"-s " + changing + " show traffic-policy interface",
@@ -54,8 +37,9 @@ TEST_F(TpcliInputTest, OddStateFilesEndWithTheirExitCodeAndOneLine) {
    });
 }
 
-TEST_F(TpcliInputTest, CtrlCWhileWaitingForAWriterEndsWithOneHundredThirty) {
-   auto const fifo = (folder_ / "state.fifo").string();
+TEST(TpcliInputTest, CtrlCWhileWaitingForAWriterEndsWithOneHundredThirty) {
+   testing_support::TempStateFiles const files;
+   auto const fifo = (files.folder() / "state.fifo").string();
    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
    auto const output = open("/dev/null", O_WRONLY | O_CLOEXEC);
    auto const pid =
