@@ -16,6 +16,9 @@ using TrafficPolicy::NamedCounterKey;
 
 enum class Backend { ledger, pylon };
 
+// A named snapshot's interfaces, each with its instance id and packets.
+using InterfaceEntries = std::vector<std::tuple<std::string, std::uint64_t, std::uint64_t>>;
+
 class CounterSnapshotHelpersTest : public testing::TestWithParam<Backend> {
  protected:
    // Clears into the test's store with the back end's helper, from the CPU counters of a state
@@ -43,10 +46,8 @@ class CounterSnapshotHelpersTest : public testing::TestWithParam<Backend> {
                                                             char const* name) const {
       return counter_->namedSnapshot(NamedCounterKey{policy, name});
    }
-   // The interfaces of a named snapshot, each with its instance id and packets.
-   std::vector<std::tuple<std::string, std::uint64_t, std::uint64_t>> perInterface(
-       char const* policy, char const* name) const {
-      std::vector<std::tuple<std::string, std::uint64_t, std::uint64_t>> entries;
+   InterfaceEntries perInterface(char const* policy, char const* name) const {
+      InterfaceEntries entries;
       for (auto const& [intf, entry] : named(policy, name)->perIntfCount()) {
          entries.emplace_back(intf.stringValue(), entry->instanceId(), entry->countData().packets);
       }
@@ -84,9 +85,7 @@ TEST_P(CounterSnapshotHelpersTest, ANewLifeOfACounterGetsANewSnapshot) {
    EXPECT_NE(first, second);
    EXPECT_EQ(second->instanceId(), 2U);
    EXPECT_EQ(second->totalCount(), (PacketAndByte{3, 30}));
-   EXPECT_EQ(
-       perInterface("p1", "c1"),
-       (std::vector<std::tuple<std::string, std::uint64_t, std::uint64_t>>{{"Ethernet2", 2, 3}}));
+   EXPECT_EQ(perInterface("p1", "c1"), (InterfaceEntries{{"Ethernet2", 2, 3}}));
 }
 
 TEST_P(CounterSnapshotHelpersTest, WithoutPerInterfaceSnapshotsOnlyTheTotalsAreWritten) {
@@ -109,8 +108,7 @@ TEST_P(CounterSnapshotHelpersTest, InterfaceEntriesFollowTheirCounters) {
                      "Ethernet3": {"packets": 1, "bytes": 1}}}}}})");
    EXPECT_EQ(named("p1", "c1"), snapshot);
    EXPECT_EQ(perInterface("p1", "c1"),
-             (std::vector<std::tuple<std::string, std::uint64_t, std::uint64_t>>{
-                 {"Ethernet1", 5, 10}, {"Ethernet2", 5, 20}, {"Ethernet3", 5, 1}}));
+             (InterfaceEntries{{"Ethernet1", 5, 10}, {"Ethernet2", 5, 20}, {"Ethernet3", 5, 1}}));
    EXPECT_EQ(snapshot->perIntfCount().lookup(Quoll::IntfId("Ethernet2"))->get(), kept.get());
 }
 
