@@ -197,6 +197,13 @@ class StructuredFilter : public Kel::Entity {
    RareCriteria const& rare() const noexcept { return rare_ ? *rare_ : noRareCriteria(); }
    RareCriteria& rare();
 
+   // The bytes first: they fill the padding at the end of the entity's header, so that a filter
+   // takes 72 bytes and not 80.
+   bool matchBgpNeighbors_ : 1 = false;
+   bool matchBgpProtocol_ : 1 = false;
+   bool matchIpOptions_ : 1 = false;
+   EncapsulationField encapField_;
+   Quoll::AddressFamily addressFamily_ = Quoll::AddressFamily::none;
    PrefixSet sources_;
    NameSet srcPrefixSets_;
    PrefixSet destinations_;
@@ -204,11 +211,6 @@ class StructuredFilter : public Kel::Entity {
    Kel::OrderedMap<ProtocolRange, Kel::Ptr<ProtoField>> proto_;
    RangeSet dscp_;
    std::unique_ptr<RareCriteria> rare_;
-   bool matchBgpNeighbors_ = false;
-   bool matchBgpProtocol_ = false;
-   bool matchIpOptions_ = false;
-   EncapsulationField encapField_;
-   Quoll::AddressFamily addressFamily_ = Quoll::AddressFamily::none;
 };
 
 }  // namespace Classification

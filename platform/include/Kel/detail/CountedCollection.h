@@ -128,6 +128,12 @@ class Ordered : public Base {
    const_iterator firstNotLessThan(key_type const& key) const {
       return this->items_.lower_bound(key);
    }
+   // The entry whose key equals `probe`, which orders against the keys without being one (the
+   // text of a name, found without making a name of it).
+   template <typename Probe>
+   const_iterator findLike(Probe const& probe) const {
+      return this->items_.findLike(probe);
+   }
 };
 
 }  // namespace Kel::detail
