@@ -1,6 +1,7 @@
 // A rule's or a counter's name is stored once: the status and the counters of a policy carry the
 // configuration's copy of each name, whatever order they list the names in. Names that the
-// configuration lacks load as their own text.
+// configuration lacks load as their own text. Rules read one after the other share a protocol's
+// criteria when they are the same, and only then.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -104,6 +105,54 @@ TEST(SharedNames, StatusAndCountersCarryTheConfiguredNames) {
          expectShared(subConfig ? &subConfig->namedCounter() : nullptr, status.namedCounter(),
                       counter, "named counter");
       }
+   }
+}
+
+// Each rule matches TCP (or UDP) on the destination ports given.
+TEST(SharedProtocolCriteria, SameCriteriaOfConsecutiveRulesAreOneEntity) {
+   struct Rule {
+      char const* name;
+      char const* protocol;
+      char const* ports;
+      std::size_t portCount;
+   };
+   Rule const rules[] = {{"r1", "6", R"(["80"])", 1},
+                         {"r2", "6", R"(["80"])", 1},
+                         {"r3", "6", R"(["443"])", 1},
+                         {"r4", "17", R"(["443"])", 1},
+                         {"r5", "6", R"(["443", "80"])", 2}};
+   std::string text = R"({"trafficPolicies": {"p": {"rules": {)";
+   int sequence = 0;
+   for (auto const& rule : rules) {
+      ++sequence;
+      text += std::string(sequence > 1 ? ", \"" : "\"") + rule.name + R"(": {"sequence": )" +
+              std::to_string(sequence) + R"(, "match": {"ipv4": {"protocols": {")" + rule.protocol +
+              R"(": {"ports": [{"destinations": )" + rule.ports + "}]}}}}}";
+   }
+   text += "}}}}";
+   testing_support::TempStateFiles const files;
+   auto const loaded = StateLoader::loadState(files.write("state.json", text));
+   ASSERT_TRUE(loaded) << loaded.reason();
+   auto const& policy = *(*loaded->config->policyMapConfig().lookup("p"))->currCfg();
+   auto const protoOf = [&policy](Rule const& rule) {
+      auto const& match = **(*policy.classMap().lookup(rule.name))
+                                ->match()
+                                .lookup(PolicyMap::ClassMapMatchOption::ipv4);
+      auto const& protocols = match.structuredFilter()->proto();
+      return protocols.begin()->second;
+   };
+   struct Pair {
+      std::size_t first;
+      std::size_t second;
+      bool shared;
+   } const pairs[] = {{0, 1, true}, {1, 2, false}, {2, 3, true}, {3, 4, false}};
+   for (auto const& pair : pairs) {
+      auto const first = protoOf(rules[pair.first]);
+      auto const second = protoOf(rules[pair.second]);
+      EXPECT_EQ(first == second, pair.shared)
+          << rules[pair.first].name << " and " << rules[pair.second].name;
+      EXPECT_EQ(second->port().front().dport().size(), rules[pair.second].portCount)
+          << rules[pair.second].name;
    }
 }
 

@@ -51,6 +51,8 @@ struct PortField {
    NameSet const& dstL4PortFieldSets() const noexcept { return dstFieldSets_; }
    NameSet& dstL4PortFieldSets() noexcept { return dstFieldSets_; }
 
+   friend bool operator==(PortField const&, PortField const&) = default;
+
    RangeSet sport_;
    RangeSet dport_;
    NameSet srcFieldSets_;
@@ -60,6 +62,7 @@ struct PortField {
 struct TypeAndCode {
    RangeSet const& icmpCode() const noexcept { return icmpCode_; }
    RangeSet& icmpCode() noexcept { return icmpCode_; }
+   friend bool operator==(TypeAndCode const&, TypeAndCode const&) = default;
 
    RangeSet icmpCode_;
 };
@@ -95,6 +98,11 @@ class ProtoField : public Kel::Entity {
    Kel::OrderedMap<IcmpTypeRange, TypeAndCode>& icmpType() noexcept { return icmpType_; }
    Kel::OrderedSet<TcpFlagGroup> const& tcpFlag() const noexcept { return tcpFlag_; }
    Kel::OrderedSet<TcpFlagGroup>& tcpFlag() noexcept { return tcpFlag_; }
+
+   // Whether both match the same ports, ICMP types and TCP flags.
+   bool sameCriteria(ProtoField const& other) const {
+      return port_ == other.port_ && icmpType_ == other.icmpType_ && tcpFlag_ == other.tcpFlag_;
+   }
 
  private:
    std::vector<PortField> port_;
