@@ -59,11 +59,13 @@ constexpr std::array kRuleCounterMembers = {
 constexpr auto kNamedCounterMembers =
     joined(kRuleCounterMembers, std::array{Member<CounterTarget>{"interfaces", readPerInterface}});
 
+using NameOf = Kel::String (ConfiguredNames::*)(std::string_view, Where const&);
+
 template <std::size_t N>
-void readCounters(Node const& node, PolicyMap::PacketDataMap& into, std::string_view what,
-                  std::array<Member<CounterTarget>, N> const& members) {
+void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names,
+                  NameOf nameOf, std::array<Member<CounterTarget>, N> const& members) {
    forEachMember(node, [&](std::string_view key, Node const& value) {
-      auto const name = checkedName(key, what, value.where);
+      auto const name = (names.*nameOf)(key, value.where);
       CounterTarget counter;
       readMembers(value, members, counter);
       auto data = Kel::make<PolicyMap::PacketDataStatus>(name, counter.instanceId);
@@ -77,12 +79,12 @@ void readCounters(Node const& node, PolicyMap::PacketDataMap& into, std::string_
 
 }  // namespace
 
-void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into) {
-   readCounters(node, into, "rule name", kRuleCounterMembers);
+void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names) {
+   readCounters(node, into, names, &ConfiguredNames::rule, kRuleCounterMembers);
 }
 
-void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into) {
-   readCounters(node, into, "counter name", kNamedCounterMembers);
+void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names) {
+   readCounters(node, into, names, &ConfiguredNames::counter, kNamedCounterMembers);
 }
 
 }  // namespace StateLoader

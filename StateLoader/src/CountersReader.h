@@ -2,12 +2,13 @@
 // bytes, and for named counters the counts per interface.
 #pragma once
 
+#include "ConfiguredNames.h"
 #include "Node.h"
 #include "PolicyMap/PolicyMapStatus.h"
 
 namespace StateLoader {
 
-void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into);
-void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into);
+void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names);
+void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names);
 
 }  // namespace StateLoader

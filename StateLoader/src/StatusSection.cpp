@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Choice.h"
+#include "ConfiguredNames.h"
 #include "CountersReader.h"
 #include "Members.h"
 #include "ParallelMembers.h"
@@ -45,9 +46,9 @@ void readMatchOptions(Node const& value, PolicyMap::ClassMapStatus& rule) {
    }
 }
 
-void readRuleStatuses(Node const& node, PolicyMapStatus& policy) {
-   forEachMember(node, [&policy](std::string_view key, Node const& value) {
-      auto const name = checkedName(key, "rule name", value.where);
+void readRuleStatuses(Node const& node, PolicyMapStatus& policy, ConfiguredNames& names) {
+   forEachMember(node, [&policy, &names](std::string_view key, Node const& value) {
+      auto const name = names.rule(key, value.where);
       auto rule = Kel::make<PolicyMap::ClassMapStatus>(name);
       readMatchOptions(value, *rule);
       if (!insertedNew(policy.classMapStatus(), name, std::move(rule))) {
@@ -92,17 +93,18 @@ void readInstallation(Node const& node, PolicyMapStatus& policy) {
    });
 }
 
-// One policy's status, and the maps its live counters go into.
+// One policy's status, the maps its live counters go into, and the names its configuration holds.
 struct PolicyStatusTarget {
    PolicyMapStatus& status;
    PolicyMap::PacketDataMap& classCounters;
    PolicyMap::PacketDataMap& namedCounters;
+   ConfiguredNames& names;
 };
 
 constexpr std::array kPolicyStatusMembers = {
     Member<PolicyStatusTarget>{"rules",
                                [](Node const& value, PolicyStatusTarget& policy) {
-                                  readRuleStatuses(value, policy.status);
+                                  readRuleStatuses(value, policy.status, policy.names);
                                }},
     Member<PolicyStatusTarget>{"interfaces",
                                [](Node const& value, PolicyStatusTarget& policy) {
@@ -110,16 +112,17 @@ constexpr std::array kPolicyStatusMembers = {
                                }},
     Member<PolicyStatusTarget>{"ruleCounters",
                                [](Node const& value, PolicyStatusTarget& policy) {
-                                  readRuleCounters(value, policy.classCounters);
+                                  readRuleCounters(value, policy.classCounters, policy.names);
                                }},
     Member<PolicyStatusTarget>{"namedCounters",
                                [](Node const& value, PolicyStatusTarget& policy) {
-                                  readNamedCounters(value, policy.namedCounters);
+                                  readNamedCounters(value, policy.namedCounters, policy.names);
                                }},
 };
 
 struct DirectionTarget {
    DirectionState& direction;
+   TrafficPolicy::TrafficPolicyConfig const& config;
    bool sharedMemoryCounters;
 };
 
@@ -129,25 +132,26 @@ struct ReadPolicyStatus {
    Kel::Ptr<PolicyMap::Counters::PolicyMapCounters> table;
 };
 
-ReadPolicyStatus readPolicyStatus(Node const& value, Kel::String const& name,
-                                  bool sharedMemoryCounters) {
+ReadPolicyStatus readPolicyStatus(std::string_view key, Node const& value,
+                                  DirectionTarget const& target) {
+   ConfiguredNames names(target.config, key);
    ReadPolicyStatus read{
-       Kel::make<PolicyMapStatus>(name),
-       sharedMemoryCounters ? Kel::make<PolicyMap::Counters::PolicyMapCounters>() : nullptr};
+       Kel::make<PolicyMapStatus>(names.policy(key, value.where)),
+       target.sharedMemoryCounters ? Kel::make<PolicyMap::Counters::PolicyMapCounters>() : nullptr};
    auto& [status, table] = read;
    PolicyStatusTarget policy{*status, table ? table->classCounter() : status->classCounter(),
-                             table ? table->namedCounter() : status->namedCounter()};
+                             table ? table->namedCounter() : status->namedCounter(), names};
    readMembers(value, kPolicyStatusMembers, policy);
    return read;
 }
 
 // Policies are read on every processor, as in the configuration, and entered in document order.
+// The configuration is complete by now, and the reading threads only look names up in it.
 void readPolicyStatuses(Node const& node, DirectionTarget& target) {
    forEachMemberInParallel(
        node,
        [&target](std::string_view key, Node const& value) {
-          return readPolicyStatus(value, checkedName(key, "policy name", value.where),
-                                  target.sharedMemoryCounters);
+          return readPolicyStatus(key, value, target);
        },
        [&target](std::string_view key, Where const& where, ReadPolicyStatus read) {
           auto const name = read.status->name();
@@ -176,7 +180,7 @@ constexpr std::array kDirectionMembers = {
 
 template <DirectionState DeviceState::*direction>
 void readDirection(Node const& value, DeviceState& state) {
-   DirectionTarget target{state.*direction, state.hwStatus->sharedMemoryCounters()};
+   DirectionTarget target{state.*direction, *state.config, state.hwStatus->sharedMemoryCounters()};
    readMembers(value, kDirectionMembers, target);
 }
 

@@ -51,6 +51,8 @@ struct PortField {
    NameSet const& dstL4PortFieldSets() const noexcept { return dstFieldSets_; }
    NameSet& dstL4PortFieldSets() noexcept { return dstFieldSets_; }
 
+   friend bool operator==(PortField const&, PortField const&) = default;
+
    RangeSet sport_;
    RangeSet dport_;
    NameSet srcFieldSets_;
@@ -60,6 +62,7 @@ struct PortField {
 struct TypeAndCode {
    RangeSet const& icmpCode() const noexcept { return icmpCode_; }
    RangeSet& icmpCode() noexcept { return icmpCode_; }
+   friend bool operator==(TypeAndCode const&, TypeAndCode const&) = default;
 
    RangeSet icmpCode_;
 };
@@ -95,6 +98,11 @@ class ProtoField : public Kel::Entity {
    Kel::OrderedMap<IcmpTypeRange, TypeAndCode>& icmpType() noexcept { return icmpType_; }
    Kel::OrderedSet<TcpFlagGroup> const& tcpFlag() const noexcept { return tcpFlag_; }
    Kel::OrderedSet<TcpFlagGroup>& tcpFlag() noexcept { return tcpFlag_; }
+
+   // Whether both match the same ports, ICMP types and TCP flags.
+   bool sameCriteria(ProtoField const& other) const {
+      return port_ == other.port_ && icmpType_ == other.icmpType_ && tcpFlag_ == other.tcpFlag_;
+   }
 
  private:
    std::vector<PortField> port_;
@@ -197,6 +205,13 @@ class StructuredFilter : public Kel::Entity {
    RareCriteria const& rare() const noexcept { return rare_ ? *rare_ : noRareCriteria(); }
    RareCriteria& rare();
 
+   // The bytes first: they fill the padding at the end of the entity's header, so that a filter
+   // takes 72 bytes and not 80.
+   bool matchBgpNeighbors_ : 1 = false;
+   bool matchBgpProtocol_ : 1 = false;
+   bool matchIpOptions_ : 1 = false;
+   EncapsulationField encapField_;
+   Quoll::AddressFamily addressFamily_ = Quoll::AddressFamily::none;
    PrefixSet sources_;
    NameSet srcPrefixSets_;
    PrefixSet destinations_;
@@ -204,11 +219,6 @@ class StructuredFilter : public Kel::Entity {
    Kel::OrderedMap<ProtocolRange, Kel::Ptr<ProtoField>> proto_;
    RangeSet dscp_;
    std::unique_ptr<RareCriteria> rare_;
-   bool matchBgpNeighbors_ = false;
-   bool matchBgpProtocol_ = false;
-   bool matchIpOptions_ = false;
-   EncapsulationField encapField_;
-   Quoll::AddressFamily addressFamily_ = Quoll::AddressFamily::none;
 };
 
 }  // namespace Classification

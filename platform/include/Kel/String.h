@@ -135,6 +135,10 @@ class String {
       return left.word_ == right.word_ || left.view() == right.view();
    }
    friend std::strong_ordering operator<=>(String const& left, String const& right) noexcept {
+      // Copies of one name share its word, and lookups often find the very copy they hold.
+      if (left.word_ == right.word_) {
+         return std::strong_ordering::equal;
+      }
       return detail::compareBytes(left.view(), right.view());
    }
    // Exact overloads for the other string types, so that comparing with them is never ambiguous
@@ -147,6 +151,9 @@ class String {
    }
    friend bool operator==(String const& left, std::string const& right) noexcept {
       return left.view() == right;
+   }
+   friend std::strong_ordering operator<=>(String const& left, std::string_view right) noexcept {
+      return detail::compareBytes(left.view(), right);
    }
 
  private:

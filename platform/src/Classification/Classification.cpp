@@ -64,6 +64,9 @@ Kel::TypeInfo const& ProtoField::fwkType() const {
    return info;
 }
 
+// The flags share the padding of the entity's header; a rule holds one filter per match option.
+static_assert(sizeof(StructuredFilter) <= 72);
+
 StructuredFilter::~StructuredFilter() = default;
 
 StructuredFilter::RareCriteria const& StructuredFilter::noRareCriteria() noexcept {

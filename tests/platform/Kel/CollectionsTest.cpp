@@ -1,6 +1,7 @@
 // The object model's collections and walks over collections that change while they are walked.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <vector>
@@ -172,6 +173,12 @@ TEST(OrderedMap, AgreesWithATreeAcrossChunks) {
             EXPECT_EQ(above->first, treeAbove->first) << order.name << " " << key;
          }
          EXPECT_EQ(map.contains(key), tree.contains(key)) << order.name << " " << key;
+         // A probe of another type than the keys' (as a name's text is found among names).
+         auto const like = map.findLike(std::int64_t{key});
+         ASSERT_EQ(like != map.end(), tree.contains(key)) << order.name << " " << key;
+         if (like != map.end()) {
+            EXPECT_EQ(like->first, key) << order.name;
+         }
       }
       for (auto position = map.begin(); position != map.end();) {
          position = map.erase(position);

@@ -18,6 +18,7 @@ void expectSameOrder(std::string const& left, std::string const& right) {
    Kel::String const kelRight(right);
    SCOPED_TRACE(testing::Message() << '"' << left << "\" vs \"" << right << '"');
    EXPECT_EQ(sign(kelLeft <=> kelRight), sign(left.compare(right)));
+   EXPECT_EQ(sign(kelLeft <=> std::string_view(right)), sign(left.compare(right)));
    EXPECT_EQ(kelLeft == kelRight, left == right);
 }
 

@@ -5,6 +5,7 @@
 // WithChangeCount gives one to a standard container.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -27,6 +28,11 @@ class CountedCollection {
    iterator end() noexcept { return items_.end(); }
    const_iterator begin() const noexcept { return items_.begin(); }
    const_iterator end() const noexcept { return items_.end(); }
+
+   // The same entries in the same order (values of the map too); the change counts may differ.
+   friend bool operator==(CountedCollection const& left, CountedCollection const& right) {
+      return std::ranges::equal(left, right);
+   }
 
    bool contains(key_type const& key) const { return items_.contains(key); }
    const_iterator find(key_type const& key) const { return items_.find(key); }
@@ -127,6 +133,12 @@ class Ordered : public Base {
    }
    const_iterator firstNotLessThan(key_type const& key) const {
       return this->items_.lower_bound(key);
+   }
+   // The entry whose key equals `probe`, which orders against the keys without being one (the
+   // text of a name, found without making a name of it).
+   template <typename Probe>
+   const_iterator findLike(Probe const& probe) const {
+      return this->items_.findLike(probe);
    }
 };
 

@@ -36,14 +36,18 @@ class SortedChunks {
 
    // Up to kChunkCapacity entries in one allocation, after a header.
    class Chunk {
+      // Sixteen bytes: most collections of a rule hold one entry, and the allocator's size
+      // classes go in steps of eight, so every word here is paid once per such collection.
       struct Header {
          // Of the whole collection, kept in its first chunk only.
-         std::uint64_t changeCount = 0;
          MoreChunks* more = nullptr;
-         std::uint32_t size = 0;
-         std::uint32_t capacity = 0;
+         std::uint64_t size : 8 = 0;
+         std::uint64_t capacity : 8 = 0;
+         // Of the whole collection too; 48 bits never wrap within a process's life.
+         std::uint64_t changeCount : 48 = 0;
       };
-      static_assert(alignof(Value) <= alignof(Header));
+      static_assert(sizeof(Header) == 16 && alignof(Value) <= alignof(Header));
+      static_assert(kChunkCapacity < 256, "a chunk's size and capacity are kept in a byte each");
 
     public:
       Chunk() noexcept = default;
@@ -116,7 +120,7 @@ class SortedChunks {
       void truncate(std::size_t count) noexcept {
          if (count < size()) {
             std::destroy(begin() + count, end());
-            header_->size = static_cast<std::uint32_t>(count);
+            header_->size = static_cast<std::uint8_t>(count);
          }
       }
 
@@ -125,7 +129,7 @@ class SortedChunks {
 
       void reallocate(std::size_t capacity) {
          auto* moved = new (::operator new(sizeof(Header) + capacity * sizeof(Value))) Header{};
-         moved->capacity = static_cast<std::uint32_t>(capacity);
+         moved->capacity = static_cast<std::uint8_t>(capacity);
          if (header_) {
             std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
             moved->changeCount = header_->changeCount;
@@ -256,6 +260,12 @@ class SortedChunks {
    iterator find(key_type const& key) { return {this, findPlace(key)}; }
    const_iterator find(key_type const& key) const { return {this, findPlace(key)}; }
    bool contains(key_type const& key) const { return !atEnd(findPlace(key)); }
+   // Finds by anything that orders against the keys, such as the text of a name, without making
+   // a key of it.
+   template <typename Probe>
+   const_iterator findLike(Probe const& probe) const {
+      return {this, findPlace(probe)};
+   }
 
    std::size_t erase(key_type const& key) {
       auto const place = findPlace(key);
@@ -289,7 +299,10 @@ class SortedChunks {
    }
 
  private:
-   static bool less(key_type const& left, key_type const& right) { return left < right; }
+   template <typename Left, typename Right>
+   static bool less(Left const& left, Right const& right) {
+      return left < right;
+   }
    static key_type const& keyOf(Value const& value) { return KeyOf{}(value); }
 
    // Chunk 0 lives in the collection itself, so that a small collection is one allocation.
@@ -311,8 +324,8 @@ class SortedChunks {
 
    // The first place whose key is not `before` the key: lower bound with "less than", upper bound
    // with "not greater than".
-   template <typename Before>
-   Place bound(key_type const& key, Before before) const {
+   template <typename Probe, typename Before>
+   Place bound(Probe const& key, Before before) const {
       auto const count = chunkCount();
       if (count == 0) {
          return endPlace();
@@ -337,13 +350,15 @@ class SortedChunks {
       }
       return {low, static_cast<std::size_t>(position - found.begin())};
    }
-   Place lowerBound(key_type const& key) const {
-      return bound(key, [](key_type const& entry, key_type const& k) { return less(entry, k); });
+   template <typename Probe>
+   Place lowerBound(Probe const& key) const {
+      return bound(key, [](key_type const& entry, Probe const& k) { return less(entry, k); });
    }
    Place upperBound(key_type const& key) const {
       return bound(key, [](key_type const& entry, key_type const& k) { return !less(k, entry); });
    }
-   Place findPlace(key_type const& key) const {
+   template <typename Probe>
+   Place findPlace(Probe const& key) const {
       auto const place = lowerBound(key);
       return atEnd(place) || less(key, keyAt(place)) ? endPlace() : place;
    }

@@ -1,0 +1,159 @@
+// A rule's or a counter's name is stored once: the status and the counters of a policy carry the
+// configuration's copy of each name, whatever order they list the names in. Names that the
+// configuration lacks load as their own text. Rules read one after the other share a protocol's
+// criteria when they are the same, and only then.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "StateLoader/Loader.h"
+#include "support/TempStateFiles.h"
+
+namespace {
+
+struct OrderCase {
+   char const* name;
+   std::string policy;
+   std::vector<std::string> rules;     // in the status and the rule counters
+   std::vector<std::string> counters;  // in the named counters
+};
+
+// The configured rules sort by name (rule-10, rule-100, rule-9a) in another order than by
+// sequence (rule-10, rule-9a, rule-100). Every name is longer than a text kept inline, so that
+// shared copies show as one address.
+std::string stateText(OrderCase const& row) {
+   std::string rules;
+   std::string ruleCounters;
+   for (auto const& rule : row.rules) {
+      rules += (rules.empty() ? "\"" : ", \"") + rule + "\": [\"ipv4\"]";
+      ruleCounters +=
+          (ruleCounters.empty() ? "\"" : ", \"") + rule + R"(": {"instanceId": 1, "packets": 2})";
+   }
+   std::string counters;
+   for (auto const& counter : row.counters) {
+      counters +=
+          (counters.empty() ? "\"" : ", \"") + counter + R"(": {"instanceId": 1, "packets": 2})";
+   }
+   return R"({"trafficPolicies": {"policy-long": {"namedCounters": ["counter-a", "counter-b"],
+   "rules": {"rule-10": {"sequence": 1}, "rule-9a": {"sequence": 2}, "rule-100": {"sequence": 3}}}},
+   "status": {"interfaceInput": {"policies": {")" +
+          row.policy + R"(": {"rules": {)" + rules + R"(}, "ruleCounters": {)" + ruleCounters +
+          R"(}, "namedCounters": {)" + counters + "}}}}}}";
+}
+
+// The key of the entry whose key is `name`: the copy that the collection holds.
+template <typename Collection>
+Kel::String const* heldKey(Collection const& collection, std::string const& name) {
+   auto const found = collection.findLike(std::string_view(name));
+   if (found == collection.end()) {
+      return nullptr;
+   }
+   if constexpr (requires { found->first; }) {
+      return &found->first;
+   } else {
+      return &*found;
+   }
+}
+
+// The status's copy is the configuration's when the configuration names it, else its own text.
+template <typename Configured, typename Status>
+void expectShared(Configured const* configured, Status const& status, std::string const& name,
+                  std::string const& what) {
+   auto const* held = heldKey(status, name);
+   ASSERT_NE(held, nullptr) << what << " " << name;
+   auto const* original = configured ? heldKey(*configured, name) : nullptr;
+   if (original) {
+      EXPECT_EQ(held->data(), original->data()) << what << " " << name << " is a copy of its own";
+   } else {
+      EXPECT_EQ(held->view(), name) << what;
+   }
+}
+
+TEST(SharedNames, StatusAndCountersCarryTheConfiguredNames) {
+   OrderCase const cases[] = {
+       {"by sequence",
+        "policy-long",
+        {"rule-10", "rule-9a", "rule-100"},
+        {"counter-a", "counter-b"}},
+       {"by name", "policy-long", {"rule-10", "rule-100", "rule-9a"}, {"counter-b", "counter-a"}},
+       {"neither", "policy-long", {"rule-9a", "rule-10", "rule-100"}, {"counter-b"}},
+       {"some unconfigured",
+        "policy-long",
+        {"rule-100", "rule-extra", "rule-10", "rule-9a"},
+        {"counter-c", "counter-a"}},
+       {"policy unconfigured", "policy-other", {"rule-10", "rule-9a"}, {"counter-a"}},
+   };
+   testing_support::TempStateFiles const files;
+   for (auto const& row : cases) {
+      SCOPED_TRACE(row.name);
+      auto const loaded = StateLoader::loadState(files.write("state.json", stateText(row)));
+      ASSERT_TRUE(loaded) << loaded.reason();
+      auto const& configs = loaded->config->policyMapConfig();
+      auto const& statuses = loaded->interfaceInput.status->policyMapStatus();
+      auto const* config = configs.lookup(row.policy);
+      auto const* subConfig = config ? (*config)->currCfg().get() : nullptr;
+      expectShared(&configs, statuses, row.policy, "policy");
+      auto const& status = **statuses.lookup(row.policy);
+      for (auto const& rule : row.rules) {
+         expectShared(subConfig ? &subConfig->classMap() : nullptr, status.classMapStatus(), rule,
+                      "rule status");
+         expectShared(subConfig ? &subConfig->classMap() : nullptr, status.classCounter(), rule,
+                      "rule counter");
+      }
+      for (auto const& counter : row.counters) {
+         expectShared(subConfig ? &subConfig->namedCounter() : nullptr, status.namedCounter(),
+                      counter, "named counter");
+      }
+   }
+}
+
+// Each rule matches TCP (or UDP) on the destination ports given.
+TEST(SharedProtocolCriteria, SameCriteriaOfConsecutiveRulesAreOneEntity) {
+   struct Rule {
+      char const* name;
+      char const* protocol;
+      char const* ports;
+      std::size_t portCount;
+   };
+   Rule const rules[] = {{"r1", "6", R"(["80"])", 1},
+                         {"r2", "6", R"(["80"])", 1},
+                         {"r3", "6", R"(["443"])", 1},
+                         {"r4", "17", R"(["443"])", 1},
+                         {"r5", "6", R"(["443", "80"])", 2}};
+   std::string text = R"({"trafficPolicies": {"p": {"rules": {)";
+   int sequence = 0;
+   for (auto const& rule : rules) {
+      ++sequence;
+      text += std::string(sequence > 1 ? ", \"" : "\"") + rule.name + R"(": {"sequence": )" +
+              std::to_string(sequence) + R"(, "match": {"ipv4": {"protocols": {")" + rule.protocol +
+              R"(": {"ports": [{"destinations": )" + rule.ports + "}]}}}}}";
+   }
+   text += "}}}}";
+   testing_support::TempStateFiles const files;
+   auto const loaded = StateLoader::loadState(files.write("state.json", text));
+   ASSERT_TRUE(loaded) << loaded.reason();
+   auto const& policy = *(*loaded->config->policyMapConfig().lookup("p"))->currCfg();
+   auto const protoOf = [&policy](Rule const& rule) {
+      auto const& match = **(*policy.classMap().lookup(rule.name))
+                                ->match()
+                                .lookup(PolicyMap::ClassMapMatchOption::ipv4);
+      auto const& protocols = match.structuredFilter()->proto();
+      return protocols.begin()->second;
+   };
+   struct Pair {
+      std::size_t first;
+      std::size_t second;
+      bool shared;
+   } const pairs[] = {{0, 1, true}, {1, 2, false}, {2, 3, true}, {3, 4, false}};
+   for (auto const& pair : pairs) {
+      auto const first = protoOf(rules[pair.first]);
+      auto const second = protoOf(rules[pair.second]);
+      EXPECT_EQ(first == second, pair.shared)
+          << rules[pair.first].name << " and " << rules[pair.second].name;
+      EXPECT_EQ(second->port().front().dport().size(), rules[pair.second].portCount)
+          << rules[pair.second].name;
+   }
+}
+
+}  // namespace
