@@ -64,6 +64,6 @@ class PageServer final : public tpcli::HttpServer {
 
 }  // namespace
 
-std::unique_ptr<tpcli::HttpServer> tpcliHttpServer(tpcli::HttpPage page) {
-   return std::make_unique<PageServer>(std::move(page));
+tpcli::HttpServer* tpcliHttpServer(tpcli::HttpPage page) {
+   return std::make_unique<PageServer>(std::move(page)).release();
 }

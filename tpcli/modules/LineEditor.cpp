@@ -149,7 +149,7 @@ void LibeditLineEditor::remember(std::string const& line) {
 
 }  // namespace tpcli
 
-std::unique_ptr<tpcli::LineEditor> tpcliLineEditor(std::string prompt,
-                                                   tpcli::LineEditor::Assist assist) {
-   return std::make_unique<tpcli::LibeditLineEditor>(std::move(prompt), std::move(assist));
+tpcli::LineEditor* tpcliLineEditor(std::string prompt, tpcli::LineEditor::Assist assist) {
+   return std::make_unique<tpcli::LibeditLineEditor>(std::move(prompt), std::move(assist))
+       .release();
 }

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "Kel/Expected.h"
@@ -59,8 +60,9 @@ auto makeFromModule(std::string const& path, std::string role, char const* name,
                ExitCode::failed);
    auto const factory =
        reinterpret_cast<Factory>(valueOr(module.symbol("factory", name), ExitCode::failed));
-   auto object = factory(std::forward<Arguments>(arguments)...);
-   using Object = typename decltype(object)::element_type;
+   // The factory returns a plain pointer, as a C function can; it is owned from here on.
+   using Object = std::remove_pointer_t<std::invoke_result_t<Factory, Arguments...>>;
+   std::unique_ptr<Object> object(factory(std::forward<Arguments>(arguments)...));
    return ModuleObject<Object>{std::move(module), std::move(object)};
 }
 

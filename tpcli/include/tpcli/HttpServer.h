@@ -35,9 +35,8 @@ class HttpServer {
 
 }  // namespace tpcli
 
-// What the module exports; tpcli finds it by name.
-extern "C" [[gnu::visibility("default")]] std::unique_ptr<tpcli::HttpServer> tpcliHttpServer(
-    tpcli::HttpPage page);
+// What the module exports; tpcli finds it by name and owns what it returns.
+extern "C" [[gnu::visibility("default")]] tpcli::HttpServer* tpcliHttpServer(tpcli::HttpPage page);
 
 namespace tpcli {
 using HttpServerFactory = decltype(&tpcliHttpServer);

@@ -33,8 +33,8 @@ class LineEditor {
 
 }  // namespace tpcli
 
-// What the module exports; tpcli finds it by name.
-extern "C" [[gnu::visibility("default")]] std::unique_ptr<tpcli::LineEditor> tpcliLineEditor(
+// What the module exports; tpcli finds it by name and owns what it returns.
+extern "C" [[gnu::visibility("default")]] tpcli::LineEditor* tpcliLineEditor(
     std::string prompt, tpcli::LineEditor::Assist assist);
 
 namespace tpcli {
