@@ -5,6 +5,7 @@
 #include <histedit.h>
 
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 namespace tpcli {
