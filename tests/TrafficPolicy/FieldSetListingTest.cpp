@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "Kel/ActivityLock.h"
@@ -91,7 +93,9 @@ TEST_F(FieldSetListingTest, ANullPrefixIsABrokenInvariant) {
 }
 
 // 60,000 prefixes give two yields of the lock; during the first, another thread that waits for
-// the lock adds a prefix ahead of the copy and one behind it.
+// the lock adds a prefix ahead of the copy and one behind it. The copy starts once that thread is
+// waiting, and the thread is joined after the lock is let go, so that a yield it missed on a
+// starved machine fails the test rather than hanging it.
 TEST_F(FieldSetListingTest, LargeSetsGiveUpTheLockWhileCopying) {
    constexpr std::uint32_t kCount = 60000;
    auto& live = device_.prefixes->prefixes();
@@ -100,16 +104,23 @@ TEST_F(FieldSetListingTest, LargeSetsGiveUpTheLockWhileCopying) {
    }
    auto& lock = Kel::ActivityLock::instance();
    std::vector<IpGenPrefix> copy;
+   std::atomic<bool> waiting = false;
+   std::thread other;
    {
       Kel::ActivityLockGuard const held(lock);
-      std::thread other([&lock, &live] {
+      other = std::thread([&lock, &live, &waiting] {
+         waiting = true;
          Kel::ActivityLockGuard const mine(lock);
          live.insert(v4(0x0a000000, 8));
          live.insert(v4(0x0c000000, 8));
       });
+      while (!waiting) {
+         std::this_thread::yield();
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
       copy = TrafficPolicyCli::sortedPrefixCopy(live, TrafficPolicyCli::kPrefixCopyMessages);
-      other.join();
    }
+   other.join();
    EXPECT_EQ(copy.size(), kCount + 1);
    EXPECT_TRUE(std::ranges::is_sorted(copy));
    EXPECT_EQ(copy.back(), v4(0x0c000000, 8));
