@@ -31,6 +31,7 @@ simdjson::dom::element parseStateFile(simdjson::dom::document& document, std::st
       throw std::bad_alloc();
    }
    auto const parsed = parser.parse_into_document(document, text.data(), text.size(), false);
+   bytes.failIfChanged();
    if (parsed.error() != simdjson::SUCCESS) {
       failRefused(text, parsed.error());
    }

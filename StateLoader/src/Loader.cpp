@@ -59,8 +59,10 @@ DeviceState readCheckedText(std::string const& path, FileBytes const& bytes,
    try {
       return readText(state);
    } catch (TextRefused const& refused) {
+      bytes.failIfChanged();
       failRefused(wholeText(path, state, again), refused.error());
    } catch (StateError const&) {
+      bytes.failIfChanged();
       if (auto const fault = locateSyntaxFault(wholeText(path, state, again), kMaxNesting)) {
          throw StateError(fault->pointer, fault->message);
       }
@@ -68,11 +70,19 @@ DeviceState readCheckedText(std::string const& path, FileBytes const& bytes,
    }
 }
 
+// What was read from a file that changed meanwhile may be any mix of its old and new bytes.
+DeviceState readUnchangedText(std::string const& path, PieceLimits const& limits) {
+   auto const bytes = readFile(path);
+   auto state = readCheckedText(path, bytes, limits);
+   bytes.failIfChanged();
+   return state;
+}
+
 }  // namespace
 
 Kel::Expected<DeviceState> loadState(std::string const& path, PieceLimits const& limits) {
    try {
-      return readCheckedText(path, readFile(path), limits);
+      return readUnchangedText(path, limits);
    } catch (StateError const& error) {
       return Kel::Failure{reasonOf(path, error)};
    } catch (std::bad_alloc const&) {

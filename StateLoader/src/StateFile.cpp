@@ -1,9 +1,9 @@
-// The file is read into a buffer of our own rather than mapped. A mapping is a few milliseconds
-// faster for a state of tens of megabytes, but a writer that truncates the file while it is mapped
-// (`cat new.json > state.json` during a show) kills the reader with SIGBUS; a read sees at worst
-// a mix of old and new bytes, which the size and times of the file before and after tell apart.
-// Pipes and devices have no size to check first: they are read up to the same limit as files,
-// the buffer growing by remapping its pages.
+// A regular file is mapped. Read into a buffer, a state of tens of megabytes took as long again in
+// fresh pages to fill and bytes to copy as the rest of loading it. A writer that cuts the file
+// short while it is mapped (`cat new.json > state.json` during a show) leaves pages that raise
+// SIGBUS; those read as zeros (MappedRanges.h), and the size and times of the file before and
+// after the reading tell that it changed. Pipes and devices have no size to check first: they are
+// read up to the same limit as files, the buffer growing by remapping its pages.
 #include "StateFile.h"
 
 #include <fcntl.h>
@@ -17,6 +17,7 @@
 #include <new>
 #include <utility>
 
+#include "MappedRanges.h"
 #include "StateError.h"
 #include "vellum/SigIntException.h"
 
@@ -60,11 +61,16 @@ class OpenFile {
          }
       }
    }
-   ~OpenFile() { ::close(fd_); }
+   ~OpenFile() {
+      if (fd_ >= 0) {
+         ::close(fd_);
+      }
+   }
    OpenFile(OpenFile const&) = delete;
    OpenFile& operator=(OpenFile const&) = delete;
 
    int fd() const noexcept { return fd_; }
+   int release() noexcept { return std::exchange(fd_, -1); }
 
    struct stat status() const {
       struct stat status {};
@@ -96,11 +102,17 @@ FileBytes::FileBytes(FileBytes&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)),
       size_(std::exchange(other.size_, 0)),
       capacity_(std::exchange(other.capacity_, 0)),
-      status_(other.status_) {}
+      status_(other.status_),
+      mappedFd_(std::exchange(other.mappedFd_, -1)),
+      range_(std::move(other.range_)) {}
 
+// The range stops being watched only once its pages are gone.
 FileBytes::~FileBytes() {
    if (data_) {
       ::munmap(data_, capacity_);
+   }
+   if (mappedFd_ >= 0) {
+      ::close(mappedFd_);
    }
 }
 
@@ -117,6 +129,31 @@ bool FileBytes::isSameFileAs(FileBytes const& other) const noexcept {
    return isSameFile(status_, other.status_);
 }
 
+void FileBytes::failIfChanged() const {
+   if (mappedFd_ < 0) {
+      return;
+   }
+   struct stat now {};
+   if (range_->cutShort() || ::fstat(mappedFd_, &now) != 0 || !isSameFile(status_, now)) {
+      failFileChanged();
+   }
+}
+
+// The file's pages, then anonymous zeros for the parser to read past the end: the part of the
+// last page past the file's end reads as zeros too.
+bool FileBytes::map(int fd, std::size_t padding) {
+   auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+   auto const mapped = (size_ + page - 1) / page * page;
+   capacityIs(mapped + (padding + page - 1) / page * page);
+   range_ = std::make_unique<MappedRange>(data_, mapped);
+   if (!range_->watched() || ::mmap(data_, mapped, PROT_READ,
+                                    MAP_PRIVATE | MAP_FIXED | MAP_POPULATE, fd, 0) == MAP_FAILED) {
+      return false;
+   }
+   mappedFd_ = fd;
+   return true;
+}
+
 void FileBytes::capacityIs(std::size_t capacity) {
    void* const pages = data_ ? ::mremap(data_, capacity_, capacity, MREMAP_MAYMOVE)
                              : ::mmap(nullptr, capacity, PROT_READ | PROT_WRITE,
@@ -129,7 +166,7 @@ void FileBytes::capacityIs(std::size_t capacity) {
 }
 
 FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_t largest) {
-   OpenFile const file(path);
+   OpenFile file(path);
    auto const before = file.status();
    if (S_ISDIR(before.st_mode)) {
       failFile("is a directory, not a state file");
@@ -138,6 +175,15 @@ FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_
    auto const expected = S_ISREG(before.st_mode) ? static_cast<std::size_t>(before.st_size) : 0;
    if (expected > largest) {
       failTooLarge(largest);
+   }
+   if (expected != 0) {
+      FileBytes mapped;
+      mapped.status_ = before;
+      mapped.size_ = expected;
+      if (mapped.map(file.fd(), padding)) {
+         file.release();
+         return mapped;
+      }
    }
    // One byte more than a regular file holds, so that the read that sees its end is a full one.
    FileBytes bytes;

@@ -5,14 +5,18 @@
 #include <sys/stat.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace StateLoader {
 
-// A file's bytes in pages of our own, with room to spare after them. The pages are mapped
-// anonymously so that the buffer grows by moving pages rather than by copying bytes: a pipe or a
-// device read up to the size limit never needs twice its bytes in memory.
+class MappedRange;
+
+// A file's bytes with zeros to spare after them. A regular file is mapped: its pages are those of
+// the system's cache, with nothing to copy and no fresh memory to fill. Pipes and devices are read
+// into pages of our own, mapped anonymously so that the buffer grows by moving pages rather than
+// by copying bytes: they never need twice their bytes in memory.
 class FileBytes {
  public:
    FileBytes() = default;
@@ -24,22 +28,29 @@ class FileBytes {
 
    // A regular file, which can be read again once pages of its bytes have been let go.
    bool canBeReadAgain() const noexcept { return S_ISREG(status_.st_mode); }
-   // Gives the whole pages of text[begin, end) back to the system; reading them again gives
-   // zeros.
+   // Gives the whole pages of text[begin, end) back to the system; they are not to be read
+   // again.
    void release(std::size_t begin, std::size_t end) const noexcept;
    // The same file, unchanged since these bytes were read.
    bool isSameFileAs(FileBytes const& other) const noexcept;
+   // Throws the StateError of a file that changed while it was read: a mapped file can change
+   // under its reader until the reading is done, so the loader asks once it is.
+   void failIfChanged() const;
 
  private:
    friend FileBytes readStateFile(std::string const& path, std::size_t padding,
                                   std::size_t largest);
    // Throws std::bad_alloc when the pages cannot be had.
    void capacityIs(std::size_t capacity);
+   // False where the file cannot be mapped; it is read instead.
+   bool map(int fd, std::size_t padding);
 
    char* data_ = nullptr;
    std::size_t size_ = 0;
    std::size_t capacity_ = 0;
    struct stat status_ {};
+   int mappedFd_ = -1;
+   std::unique_ptr<MappedRange> range_;
 };
 
 // Reads the whole file, leaving `padding` zeros after it (the room the JSON parser may read past
