@@ -75,17 +75,19 @@ struct WindowReading {
       firstFault = members.runs();
    }
 
+   // Each thread reads with a copy of `read` of its own, which may keep state between members.
    template <typename Read>
-   void readRuns(MemberList const& members, Read& read) {
+   void readRuns(MemberList const& members, Read const& read) {
       PieceParser parser;
+      Read readOne = read;
       for (auto run = next++; run < firstFault.load(); run = next++) {
          auto index = members.runStart(run);
-         auto readOne = [&](std::string_view key, Node const& value) {
-            results[index] = read(key, value);
+         auto readInto = [&](std::string_view key, Node const& value) {
+            results[index] = readOne(key, value);
             ++index;
          };
          try {
-            members.visitRun(run, parser, readOne);
+            members.visitRun(run, parser, readInto);
             members.release(run);
          } catch (...) {
             faults[index] = std::current_exception();
@@ -101,10 +103,12 @@ struct WindowReading {
 
 // Calls read(key, node) for every member of an object, on any thread, then enter(key, where,
 // result) on this thread for every member in document order. `read` must touch nothing that is
-// shared but the document.
+// shared but the document; what it keeps by value is its own on each thread, as a mutable lambda
+// keeps it.
 template <typename Read, typename Enter>
 void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
-   using Result = std::invoke_result_t<Read&, std::string_view, Node const&>;
+   using Reader = std::remove_cvref_t<Read>;
+   using Result = std::invoke_result_t<Reader&, std::string_view, Node const&>;
    MemberList members(object);
    if (!members.nextWindow(detail::kWindow)) {
       return;
