@@ -35,14 +35,23 @@ ReadingCrew::ReadingCrew(unsigned threads, std::function<void()> readRuns)
 }
 
 ReadingCrew::~ReadingCrew() {
+   // A fault found while entering the last window leaves the helpers reading the next one.
+   if (reading_) {
+      finished_.arrive_and_wait();
+   }
    over_ = true;
    started_.arrive_and_wait();
 }
 
-void ReadingCrew::readWindow() {
+void ReadingCrew::startWindow() {
    started_.arrive_and_wait();
+   reading_ = true;
+}
+
+void ReadingCrew::finishWindow() {
    readRuns_();
    finished_.arrive_and_wait();
+   reading_ = false;
 }
 
 }  // namespace StateLoader::detail

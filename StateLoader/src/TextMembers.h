@@ -43,8 +43,9 @@ class MemberList {
    // Lets go of the pages that only the members of a run hold, once they have been read.
    void release(std::size_t run) const noexcept;
 
-   // The key of a member, once it has been visited.
-   std::string_view key(std::size_t index) const noexcept { return keys_[index]; }
+   // Hands the window's keys over (those of the members visited), so that they outlive the
+   // window; `keys` gives its room to the next window's.
+   void takeKeys(std::vector<std::string>& keys) noexcept { keys.swap(keys_); }
 
  private:
    void cutIntoRuns();
