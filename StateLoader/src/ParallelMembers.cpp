@@ -12,17 +12,17 @@ unsigned readingThreads(std::size_t members, std::size_t runs) {
    return static_cast<unsigned>(std::min<std::size_t>({processors, kMaxThreads, useful, runs}));
 }
 
-ReadingCrew::ReadingCrew(unsigned threads, std::function<void()> readRuns)
+ReadingCrew::ReadingCrew(unsigned threads, std::function<void(unsigned)> readRuns)
     : readRuns_(std::move(readRuns)), started_(threads), finished_(threads) {
-   for (unsigned count = 1; count < threads; ++count) {
+   for (unsigned thread = 1; thread < threads; ++thread) {
       try {
-         helpers_.emplace_back([this] {
+         helpers_.emplace_back([this, thread] {
             for (;;) {
                started_.arrive_and_wait();
                if (over_) {
                   return;
                }
-               readRuns_();
+               readRuns_(thread);
                finished_.arrive_and_wait();
             }
          });
@@ -49,7 +49,7 @@ void ReadingCrew::startWindow() {
 }
 
 void ReadingCrew::finishWindow() {
-   readRuns_();
+   readRuns_(0);
    finished_.arrive_and_wait();
    reading_ = false;
 }

@@ -42,8 +42,9 @@ unsigned readingThreads(std::size_t members, std::size_t runs);
 class ReadingCrew {
  public:
    // Starts up to `threads` - 1 helpers (fewer only make the reading slower); each of them, and
-   // the calling thread, call `readRuns` once per window.
-   ReadingCrew(unsigned threads, std::function<void()> readRuns);
+   // the calling thread, call `readRuns` once per window with its own number below `threads`
+   // (the calling thread's is 0).
+   ReadingCrew(unsigned threads, std::function<void(unsigned)> readRuns);
    // Waits for a window that is still being read.
    ~ReadingCrew();
    ReadingCrew(ReadingCrew const&) = delete;
@@ -56,7 +57,7 @@ class ReadingCrew {
    void finishWindow();
 
  private:
-   std::function<void()> readRuns_;
+   std::function<void(unsigned)> readRuns_;
    std::barrier<> started_;
    std::barrier<> finished_;
    bool over_ = false;
@@ -82,11 +83,9 @@ struct WindowReading {
       firstFault = members.runs();
    }
 
-   // Each thread reads with a copy of `read` of its own, which may keep state between members.
    template <typename Read>
-   void readRuns(MemberList const& members, Read const& read) {
+   void readRuns(MemberList const& members, Read& readOne) {
       PieceParser parser;
-      Read readOne = read;
       for (auto run = next++; run < firstFault.load(); run = next++) {
          auto index = members.runStart(run);
          auto readInto = [&](std::string_view key, Node const& value) {
@@ -139,8 +138,11 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
    std::array<detail::WindowReading<Result>, 2> windows;
    auto* reading = &windows[0];
    std::vector<std::string> keys;
-   detail::ReadingCrew crew(detail::readingThreads(members.size(), members.runs()),
-                            [&] { reading->readRuns(members, read); });
+   // Each thread reads with a copy of `read` of its own, kept from window to window.
+   auto const threads = detail::readingThreads(members.size(), members.runs());
+   std::vector<Reader> readers(threads, read);
+   detail::ReadingCrew crew(threads,
+                            [&](unsigned thread) { reading->readRuns(members, readers[thread]); });
    reading->reset(members);
    crew.startWindow();
    bool more = members.findWindow(detail::kWindow);
