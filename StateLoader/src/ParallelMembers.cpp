@@ -12,6 +12,10 @@ unsigned readingThreads(std::size_t members, std::size_t runs) {
    return static_cast<unsigned>(std::min<std::size_t>({processors, kMaxThreads, useful, runs}));
 }
 
+bool isSmall(Node const& object) {
+   return !object.unparsed && asObject(object).size() < 2 * kMembersPerThread;
+}
+
 ReadingCrew::ReadingCrew(unsigned threads, std::function<void(unsigned)> readRuns)
     : readRuns_(std::move(readRuns)), started_(threads), finished_(threads) {
    for (unsigned thread = 1; thread < threads; ++thread) {

@@ -37,6 +37,10 @@ inline constexpr std::size_t kWindow = 4096;
 
 unsigned readingThreads(std::size_t members, std::size_t runs);
 
+// An object parsed already that one thread reads best: its members are read and entered in turn,
+// without lists of them.
+bool isSmall(Node const& object);
+
 // The threads that read windows of members with the calling thread. They live as long as the walk
 // over the object: a thread started per window would set up its allocator's heap again each time.
 class ReadingCrew {
@@ -130,6 +134,13 @@ template <typename Read, typename Enter>
 void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
    using Reader = std::remove_cvref_t<Read>;
    using Result = std::invoke_result_t<Reader&, std::string_view, Node const&>;
+   if (detail::isSmall(object)) {
+      Reader reader = read;
+      forEachMember(object, [&](std::string_view key, Node const& value) {
+         enter(key, value.where, reader(key, value));
+      });
+      return;
+   }
    MemberList members(object);
    if (!members.findWindow(detail::kWindow)) {
       return;
