@@ -33,6 +33,12 @@ Kel::String const* takeNamed(Names const& names, typename Names::const_iterator&
    return &nameOf(*found);
 }
 
+// How far ahead by sequence a rule is looked for before its name is searched: as many as other
+// threads read between two runs of one thread. The look ahead is taken only after this many rules
+// in a row were found in order, so that statuses in another order pay little for it.
+constexpr std::size_t kRulesPassedOver = 4096;
+constexpr std::size_t kInOrder = 64;
+
 constexpr auto kKey = [](auto const& entry) -> Kel::String const& { return entry.first; };
 constexpr auto kValue = [](auto const& entry) -> Kel::String const& { return entry.second; };
 constexpr auto kItself = [](Kel::String const& name) -> Kel::String const& { return name; };
@@ -48,6 +54,7 @@ ConfiguredNames::ConfiguredNames(TrafficPolicy::TrafficPolicyConfig const& confi
    }
    if (policy_) {
       nextBySequence_ = policy_->rule().begin();
+      inOrder_ = kInOrder;
       nextByName_ = policy_->classMap().begin();
       nextCounter_ = policy_->namedCounter().begin();
    }
@@ -72,9 +79,28 @@ Kel::String const* ConfiguredNames::configuredRule(std::string_view text) {
       return nullptr;
    }
    if (auto const* name = takeIfNext(nextBySequence_, policy_->rule().end(), text, kValue)) {
+      ++inOrder_;
       return name;
    }
+   if (inOrder_ >= kInOrder) {
+      if (auto const* name = ruleAhead(text)) {
+         return name;
+      }
+   }
+   inOrder_ = 0;
    return takeNamed(policy_->classMap(), nextByName_, text, kKey);
+}
+
+Kel::String const* ConfiguredNames::ruleAhead(std::string_view text) {
+   auto const end = policy_->rule().end();
+   auto at = nextBySequence_;
+   for (std::size_t passed = 0; at != end && ++at != end && passed < kRulesPassedOver; ++passed) {
+      if (at->second == text) {
+         nextBySequence_ = std::next(at);
+         return &at->second;
+      }
+   }
+   return nullptr;
 }
 
 Kel::String const* ConfiguredNames::configuredCounter(std::string_view text) {

@@ -30,13 +30,17 @@ class ConfiguredNames {
    using Counters = Kel::OrderedSet<Kel::String>;
 
    Kel::String const* configuredRule(std::string_view text);
+   Kel::String const* ruleAhead(std::string_view text);
    Kel::String const* configuredCounter(std::string_view text);
 
    Kel::String policyName_;
    Kel::Ptr<PolicyMap::PolicyMapSubConfig const> policy_;
    // Statuses list rules in the configuration's order, by sequence or by name, and counters by
-   // name: the entry after the last one found is tried before a search.
+   // name: the entry after the last one found is tried before a search. A thread that reads runs
+   // of rules takes every other run or so: the rules in between are passed over by sequence, as
+   // long as the statuses keep to it.
    RulesBySequence::const_iterator nextBySequence_;
+   std::size_t inOrder_ = 0;  // rules found in a row by sequence
    RulesByName::const_iterator nextByName_;
    Counters::const_iterator nextCounter_;
 };

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "Members.h"
+#include "ParallelMembers.h"
 #include "TextValues.h"
 
 namespace StateLoader {
@@ -61,29 +62,39 @@ constexpr auto kNamedCounterMembers =
 
 using NameOf = Kel::String (ConfiguredNames::*)(std::string_view, Where const&);
 
+// A large policy's counters are read on every processor, as its rules are.
 template <std::size_t N>
-void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names,
+void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames const& names,
                   NameOf nameOf, std::array<Member<CounterTarget>, N> const& members) {
-   forEachMember(node, [&](std::string_view key, Node const& value) {
-      auto const name = (names.*nameOf)(key, value.where);
-      CounterTarget counter;
-      readMembers(value, members, counter);
-      auto data = Kel::make<PolicyMap::PacketDataStatus>(name, counter.instanceId);
-      data->countIs(counter.count);
-      data->perIntfCount() = std::move(counter.perInterface);
-      if (!insertedNew(into, name, std::move(data))) {
-         failDuplicateKey(value.where, key);
-      }
-   });
+   forEachMemberInParallel(
+       node,
+       [names = names, nameOf, &members](std::string_view key, Node const& value) mutable {
+          auto const name = (names.*nameOf)(key, value.where);
+          CounterTarget counter;
+          readMembers(value, members, counter);
+          auto data = Kel::make<PolicyMap::PacketDataStatus>(name, counter.instanceId);
+          data->countIs(counter.count);
+          data->perIntfCount() = std::move(counter.perInterface);
+          return data;
+       },
+       [&into](std::string_view key, Where const& where,
+               Kel::Ptr<PolicyMap::PacketDataStatus> data) {
+          auto const name = data->name();
+          if (!insertedNew(into, name, std::move(data))) {
+             failDuplicateKey(where, key);
+          }
+       });
 }
 
 }  // namespace
 
-void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names) {
+void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into,
+                      ConfiguredNames const& names) {
    readCounters(node, into, names, &ConfiguredNames::rule, kRuleCounterMembers);
 }
 
-void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names) {
+void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into,
+                       ConfiguredNames const& names) {
    readCounters(node, into, names, &ConfiguredNames::counter, kNamedCounterMembers);
 }
 

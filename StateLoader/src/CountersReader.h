@@ -8,7 +8,9 @@
 
 namespace StateLoader {
 
-void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names);
-void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames& names);
+void readRuleCounters(Node const& node, PolicyMap::PacketDataMap& into,
+                      ConfiguredNames const& names);
+void readNamedCounters(Node const& node, PolicyMap::PacketDataMap& into,
+                       ConfiguredNames const& names);
 
 }  // namespace StateLoader

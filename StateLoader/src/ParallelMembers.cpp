@@ -12,17 +12,21 @@ unsigned readingThreads(std::size_t members, std::size_t runs) {
    return static_cast<unsigned>(std::min<std::size_t>({processors, kMaxThreads, useful, runs}));
 }
 
-ReadingCrew::ReadingCrew(unsigned threads, std::function<void()> readRuns)
+bool isSmall(Node const& object) {
+   return !object.unparsed && asObject(object).size() < 2 * kMembersPerThread;
+}
+
+ReadingCrew::ReadingCrew(unsigned threads, std::function<void(unsigned)> readRuns)
     : readRuns_(std::move(readRuns)), started_(threads), finished_(threads) {
-   for (unsigned count = 1; count < threads; ++count) {
+   for (unsigned thread = 1; thread < threads; ++thread) {
       try {
-         helpers_.emplace_back([this] {
+         helpers_.emplace_back([this, thread] {
             for (;;) {
                started_.arrive_and_wait();
                if (over_) {
                   return;
                }
-               readRuns_();
+               readRuns_(thread);
                finished_.arrive_and_wait();
             }
          });
@@ -35,14 +39,23 @@ ReadingCrew::ReadingCrew(unsigned threads, std::function<void()> readRuns)
 }
 
 ReadingCrew::~ReadingCrew() {
+   // A fault found while entering the last window leaves the helpers reading the next one.
+   if (reading_) {
+      finished_.arrive_and_wait();
+   }
    over_ = true;
    started_.arrive_and_wait();
 }
 
-void ReadingCrew::readWindow() {
+void ReadingCrew::startWindow() {
    started_.arrive_and_wait();
-   readRuns_();
+   reading_ = true;
+}
+
+void ReadingCrew::finishWindow() {
+   readRuns_(0);
    finished_.arrive_and_wait();
+   reading_ = false;
 }
 
 }  // namespace StateLoader::detail

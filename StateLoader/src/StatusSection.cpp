@@ -46,15 +46,23 @@ void readMatchOptions(Node const& value, PolicyMap::ClassMapStatus& rule) {
    }
 }
 
-void readRuleStatuses(Node const& node, PolicyMapStatus& policy, ConfiguredNames& names) {
-   forEachMember(node, [&policy, &names](std::string_view key, Node const& value) {
-      auto const name = names.rule(key, value.where);
-      auto rule = Kel::make<PolicyMap::ClassMapStatus>(name);
-      readMatchOptions(value, *rule);
-      if (!insertedNew(policy.classMapStatus(), name, std::move(rule))) {
-         failDuplicateKey(value.where, key);
-      }
-   });
+// A large policy's rules are read on every processor, as its configuration's are; each thread
+// looks names up with its own copy of `names`, which remembers where the last one was found.
+void readRuleStatuses(Node const& node, PolicyMapStatus& policy, ConfiguredNames const& names) {
+   forEachMemberInParallel(
+       node,
+       [names = names](std::string_view key, Node const& value) mutable {
+          auto rule = Kel::make<PolicyMap::ClassMapStatus>(names.rule(key, value.where));
+          readMatchOptions(value, *rule);
+          return rule;
+       },
+       [&policy](std::string_view key, Where const& where,
+                 Kel::Ptr<PolicyMap::ClassMapStatus> rule) {
+          auto const name = rule->name();
+          if (!insertedNew(policy.classMapStatus(), name, std::move(rule))) {
+             failDuplicateKey(where, key);
+          }
+       });
 }
 
 constexpr std::array kInstalledMembers = {
@@ -98,7 +106,7 @@ struct PolicyStatusTarget {
    PolicyMapStatus& status;
    PolicyMap::PacketDataMap& classCounters;
    PolicyMap::PacketDataMap& namedCounters;
-   ConfiguredNames& names;
+   ConfiguredNames const& names;
 };
 
 constexpr std::array kPolicyStatusMembers = {

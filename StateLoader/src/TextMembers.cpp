@@ -178,97 +178,101 @@ MemberList::MemberList(Node const& object) : object_(object), inText_(object.unp
    }
 }
 
-bool MemberList::nextWindow(std::size_t count) {
-   spans_.clear();
-   runStarts_.clear();
-   keys_.clear();
+bool MemberList::findWindow(std::size_t count) {
+   auto& found = found_;
+   found.spans.clear();
+   found.runStarts.clear();
+   found.keys.clear();
    if (!inText_) {
-      parsedBase_ = next_;
+      found.parsedBase = next_;
       next_ = std::min(parsed_.size(), next_ + count);
-      keys_.resize(next_ - parsedBase_);
-      for (std::size_t index = parsedBase_; index < next_; ++index) {
-         runStarts_.push_back(index - parsedBase_);
+      found.keys.resize(next_ - found.parsedBase);
+      for (std::size_t index = found.parsedBase; index < next_; ++index) {
+         found.runStarts.push_back(index - found.parsedBase);
       }
-      return !keys_.empty();
+      return !found.keys.empty();
    }
    TextValue const& self = *object_.text;
    if (self.members) {
-      auto const& found = *self.members;
-      auto const end = std::min(found.size(), next_ + count);
-      spans_.assign(found.begin() + static_cast<std::ptrdiff_t>(next_),
-                    found.begin() + static_cast<std::ptrdiff_t>(end));
+      auto const& members = *self.members;
+      auto const end = std::min(members.size(), next_ + count);
+      found.spans.assign(members.begin() + static_cast<std::ptrdiff_t>(next_),
+                         members.begin() + static_cast<std::ptrdiff_t>(end));
       next_ = end;
    } else {
       auto const text = self.state->text;
-      while (next_ != TextValue::kUnknown && spans_.size() < count) {
+      while (next_ != TextValue::kUnknown && found.spans.size() < count) {
          auto member = memberAt(text, next_);
          member.end = skimValue(text, member.value, TextValue::kUnknown);
-         spans_.push_back(member);
+         found.spans.push_back(member);
          next_ = nextMember(self, member.end);
       }
    }
-   keys_.resize(spans_.size());
-   cutIntoRuns();
-   return !spans_.empty();
+   found.keys.resize(found.spans.size());
+   cutIntoRuns(found);
+   return !found.spans.empty();
 }
 
 // A large member is a run of its own, read member by member in turn; small ones are gathered up
 // to a piece's size.
-void MemberList::cutIntoRuns() {
+void MemberList::cutIntoRuns(Window& window) const {
    TextValue const& self = *object_.text;
+   auto const& spans = window.spans;
+   auto& runStarts = window.runStarts;
    bool runOpen = false;
-   for (std::size_t index = 0; index < spans_.size(); ++index) {
-      auto const& span = spans_[index];
+   for (std::size_t index = 0; index < spans.size(); ++index) {
+      auto const& span = spans[index];
       TextValue const value{self.state, nullptr, span.value, self.depth + 1, span.end};
       if (value.isLargeObject()) {
-         runStarts_.push_back(index);
+         runStarts.push_back(index);
          runOpen = false;
          continue;
       }
       if (!runOpen) {
-         runStarts_.push_back(index);
+         runStarts.push_back(index);
          runOpen = true;
       }
-      runOpen = span.end - spans_[runStarts_.back()].key < self.state->limits.piece;
+      runOpen = span.end - spans[runStarts.back()].key < self.state->limits.piece;
    }
 }
 
 std::size_t MemberList::runEnd(std::size_t run) const noexcept {
-   return run + 1 < runStarts_.size() ? runStarts_[run + 1] : keys_.size();
+   return run + 1 < window_.runStarts.size() ? window_.runStarts[run + 1] : window_.keys.size();
 }
 
 void MemberList::visitRun(std::size_t run, PieceParser& parser, MemberVisitor visit) const {
-   auto const first = runStarts_[run];
+   auto const first = window_.runStarts[run];
    if (!inText_) {
-      auto const& [key, value] = parsed_[parsedBase_ + first];
-      keys_[first] = key;
+      auto const& [key, value] = parsed_[window_.parsedBase + first];
+      window_.keys[first] = key;
       Where const where = object_.where.member(key);
       visit(key, Node{value, where});
       return;
    }
    TextValue const& self = *object_.text;
-   auto const& head = spans_[first];
+   auto const& head = window_.spans[first];
    TextValue const headValue{self.state, &parser, head.value, self.depth + 1, head.end};
    if (headValue.isLargeObject()) {
-      TextValue const object{self.state, &parser, self.begin, self.depth, self.end};
-      keys_[first] = keyOf(object, head);
-      Where const where = object_.where.member(keys_[first]);
-      visit(keys_[first], Node{{}, where, &headValue, true});
+      // Not its end: the walk that finds the next window may be recording it.
+      TextValue const object{self.state, &parser, self.begin, self.depth};
+      window_.keys[first] = keyOf(object, head);
+      Where const where = object_.where.member(window_.keys[first]);
+      visit(window_.keys[first], Node{{}, where, &headValue, true});
       return;
    }
    auto const end = runEnd(run);
-   auto const piece = between(self.state->text, head.key, spans_[end - 1].end);
+   auto const piece = between(self.state->text, head.key, window_.spans[end - 1].end);
    auto const members = parser.parse(piece, Form::members, self.depth).get_object().value_unsafe();
    auto index = first;
    for (auto const [key, element] : members) {
       if (index == end) {
          refuseText();
       }
-      auto const& span = spans_[index];
+      auto const& span = window_.spans[index];
       TextValue const value{self.state, &parser, span.value, self.depth + 1, span.end};
-      keys_[index] = key;
-      Where const where = object_.where.member(keys_[index]);
-      visit(keys_[index], Node{element, where, &value});
+      window_.keys[index] = key;
+      Where const where = object_.where.member(window_.keys[index]);
+      visit(window_.keys[index], Node{element, where, &value});
       ++index;
    }
    if (index != end) {
@@ -279,7 +283,8 @@ void MemberList::visitRun(std::size_t run, PieceParser& parser, MemberVisitor vi
 
 void MemberList::release(std::size_t run) const noexcept {
    if (inText_) {
-      object_.text->state->release(spans_[runStarts_[run]].key, spans_[runEnd(run) - 1].end);
+      object_.text->state->release(window_.spans[window_.runStarts[run]].key,
+                                   window_.spans[runEnd(run) - 1].end);
    }
 }
 

@@ -22,19 +22,22 @@ std::vector<MemberSpan> gatherMembers(TextValue const& object);
 
 // The members of an object, parsed or in the text, found a window at a time so that what is kept
 // about them does not grow with the object. Within a window, members in the text are cut into runs
-// that are parsed together, as a walk in order parses them; a run is read by one thread.
+// that are parsed together, as a walk in order parses them; a run is read by one thread. The next
+// window is found while threads still visit the current one.
 class MemberList {
  public:
    explicit MemberList(Node const& object);
 
-   // Moves on to the next (at most) `count` members, numbered from 0 within the window; false when
-   // none is left. Throws TextRefused when the text around them is malformed.
-   bool nextWindow(std::size_t count);
+   // Finds the next (at most) `count` members after those found last; false when none is left.
+   // Throws TextRefused when the text around them is malformed.
+   bool findWindow(std::size_t count);
+   // Moves on to the members found last, numbered from 0 within their window.
+   void nextWindow() noexcept { std::swap(window_, found_); }
 
-   std::size_t size() const noexcept { return keys_.size(); }
-   std::size_t runs() const noexcept { return runStarts_.size(); }
+   std::size_t size() const noexcept { return window_.keys.size(); }
+   std::size_t runs() const noexcept { return window_.runStarts.size(); }
    // The first member of a run; the run ends where the next one starts.
-   std::size_t runStart(std::size_t run) const noexcept { return runStarts_[run]; }
+   std::size_t runStart(std::size_t run) const noexcept { return window_.runStarts[run]; }
 
    // Calls visit(key, node) for each member of a run in order, parsing them with `parser` when
    // they are in the text. Threads may visit different runs at once.
@@ -43,11 +46,19 @@ class MemberList {
    // Lets go of the pages that only the members of a run hold, once they have been read.
    void release(std::size_t run) const noexcept;
 
-   // The key of a member, once it has been visited.
-   std::string_view key(std::size_t index) const noexcept { return keys_[index]; }
+   // Hands the window's keys over (those of the members visited), so that they outlive the
+   // window; `keys` gives its room to a later window's.
+   void takeKeys(std::vector<std::string>& keys) noexcept { keys.swap(window_.keys); }
 
  private:
-   void cutIntoRuns();
+   struct Window {
+      std::size_t parsedBase = 0;  // the parsed member that is the window's first
+      std::vector<MemberSpan> spans;
+      std::vector<std::size_t> runStarts;
+      mutable std::vector<std::string> keys;
+   };
+
+   void cutIntoRuns(Window& window) const;
    std::size_t runEnd(std::size_t run) const noexcept;
 
    Node const& object_;
@@ -56,10 +67,8 @@ class MemberList {
    // Where the next window starts: an index into the parsed members or the object's found members,
    // or a position in the text.
    std::size_t next_ = 0;
-   std::size_t parsedBase_ = 0;  // the parsed member that is the window's first
-   std::vector<MemberSpan> spans_;
-   std::vector<std::size_t> runStarts_;
-   mutable std::vector<std::string> keys_;
+   Window window_;
+   Window found_;
 };
 
 }  // namespace StateLoader

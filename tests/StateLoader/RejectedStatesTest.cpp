@@ -157,12 +157,15 @@ TEST(RejectedStates, ManyPoliciesAreRefusedForTheirFirstProblem) {
    }
 }
 
+// A large policy: its members are read in runs by several threads and entered a few thousand at
+// a time. One member is broken in every file: a late fault that any earlier problem must win over.
+constexpr int kRules = 10000;
+constexpr int kAlwaysBroken = kRules - 5;
+constexpr int kNowhere = kRules;
+
 // The rules of one large policy are read in runs by several threads and entered a few thousand
 // at a time; the first problem in document order must still win, wherever runs and windows end.
 TEST(RejectedStates, ManyRulesAreRefusedForTheirFirstProblem) {
-   constexpr int kRules = 10000;
-   constexpr int kAlwaysBroken = kRules - 5;
-   constexpr int kNowhere = kRules;
    struct OrderCase {
       std::string_view name;
       int broken;            // its sequence is a string
@@ -221,6 +224,54 @@ TEST(RejectedStates, LateFaultsOfALargeFileAreToldAsForAFileReadWhole) {
         "expected ',' or '}', found ']' (line 1, column " + std::to_string(textFault.size()) + ")"},
    };
    expectRejected(cases, false);
+}
+
+// A large policy's status lists its rules and their counters, read by several threads like its
+// configuration; the first problem in document order must still win.
+TEST(RejectedStates, ManyRuleStatusesAreRefusedForTheirFirstProblem) {
+   struct Section {
+      std::string_view key;
+      std::string_view good;
+      std::string_view broken;
+      std::string_view fault;
+   };
+   Section const sections[] = {
+       {"rules", R"(["ipv4"])", R"(["ipv4", "ipv6"])",
+        ": a rule is processed for one match option at most, found 2"},
+       {"ruleCounters", R"({"instanceId": 1, "packets": 2})", R"({"instanceId": 1})",
+        R"(: missing key "packets")"},
+   };
+   struct OrderCase {
+      std::string_view name;
+      int broken;
+      int repeatedName;  // named "r0" a second time
+      std::string_view expected;
+   };
+   OrderCase const cases[] = {
+       {"early fault before a late one", 10, kNowhere, "r10"},
+       {"fault in the last window", 9000, kNowhere, "r9000"},
+       {"repeated name in a later window before a fault", 6000, 5000, ""},
+       {"fault at a window's end before a repeated name", 4095, 4096, "r4095"},
+   };
+   std::vector<RejectedCase> rows;
+   for (Section const& section : sections) {
+      auto const at = "/status/cpu/policies/p/" + std::string(section.key) + "/";
+      for (OrderCase const& row : cases) {
+         std::string text =
+             R"({"status": {"cpu": {"policies": {"p": {")" + std::string(section.key) + "\": {";
+         for (int rule = 0; rule < kRules; ++rule) {
+            auto const name = rule == row.repeatedName ? 0 : rule;
+            text += (rule ? ", \"r" : "\"r") + std::to_string(name) + "\": ";
+            text += rule == row.broken || rule == kAlwaysBroken ? section.broken : section.good;
+         }
+         text += "}}}}}}";
+         auto expected = row.expected.empty()
+                             ? at + R"(r0: duplicate key "r0")"
+                             : at + std::string(row.expected) + std::string(section.fault);
+         rows.push_back({std::string(section.key) + ": " + std::string(row.name), text, expected});
+      }
+   }
+   expectRejected(rows, true);
 }
 
 TEST(RejectedStates, FileProblemsNameTheFile) {

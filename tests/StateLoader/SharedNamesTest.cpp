@@ -109,6 +109,35 @@ TEST(SharedNames, StatusAndCountersCarryTheConfiguredNames) {
 }
 
 // Each rule matches TCP (or UDP) on the destination ports given.
+// The statuses of a policy's rules are read by several threads, each taking runs of them; each
+// thread catches up with the configuration's order where its next run starts.
+TEST(SharedNames, RulesReadInRunsCarryTheConfiguredNames) {
+   constexpr int kRules = 3000;
+   std::string rules;
+   std::string statuses;
+   std::string counters;
+   for (int index = 0; index < kRules; ++index) {
+      auto const name = "\"rule-long-" + std::to_string(index) + "\": ";
+      auto const separator = index ? ", " : "";
+      rules += separator + name + "{\"sequence\": " + std::to_string(index + 1) + "}";
+      statuses += separator + name + R"(["ipv4"])";
+      counters += separator + name + R"({"instanceId": 1, "packets": 2})";
+   }
+   testing_support::TempStateFiles const files;
+   auto const loaded = StateLoader::loadState(
+       files.write("state.json", R"({"trafficPolicies": {"p": {"rules": {)" + rules +
+                                     R"(}}}, "status": {"cpu": {"policies": {"p": {"rules": {)" +
+                                     statuses + R"(}, "ruleCounters": {)" + counters + "}}}}}}"));
+   ASSERT_TRUE(loaded) << loaded.reason();
+   auto const& configured = (*loaded->config->policyMapConfig().lookup("p"))->currCfg()->classMap();
+   auto const& status = **loaded->cpu.status->policyMapStatus().lookup("p");
+   for (int index = 0; index < kRules; ++index) {
+      auto const name = "rule-long-" + std::to_string(index);
+      expectShared(&configured, status.classMapStatus(), name, "rule status");
+      expectShared(&configured, status.classCounter(), name, "rule counter");
+   }
+}
+
 TEST(SharedProtocolCriteria, SameCriteriaOfConsecutiveRulesAreOneEntity) {
    struct Rule {
       char const* name;
