@@ -7,6 +7,7 @@
 #include "StateFile.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -40,23 +41,37 @@ constexpr std::size_t kFirstBuffer = 1 << 16;
             " bytes, the most the parser can take");
 }
 
-// A call that may wait (opening a FIFO, reading a pipe) returns early with EINTR when a signal
-// arrives; Ctrl-C ends the command, any other signal only the wait.
-bool retryAfterSignal() {
-   if (errno != EINTR) {
-      return false;
+constexpr int kWaitSlice = 100;  // milliseconds
+
+[[noreturn]] void failInterrupted() {
+   throw vellum::SigIntException("interrupted");
+}
+
+// Pipes and devices are opened and read without blocking, and waited for in short slices that
+// look at the Ctrl-C flag in between: a blocking call would miss a Ctrl-C that came just before
+// it started, and then wait for a writer forever. A FIFO opened this way reports nothing until a
+// writer has come, and its end once the writers are gone.
+void waitForBytes(int fd) {
+   pollfd ready{fd, POLLIN, 0};
+   while (true) {
+      if (vellum::sigIntNoticed()) {
+         failInterrupted();
+      }
+      auto const polled = ::poll(&ready, 1, kWaitSlice);
+      if (polled > 0) {
+         return;
+      }
+      if (polled < 0 && errno != EINTR) {
+         failSystem("cannot read");
+      }
    }
-   if (vellum::sigIntNoticed()) {
-      throw vellum::SigIntException("interrupted");
-   }
-   return true;
 }
 
 class OpenFile {
  public:
    explicit OpenFile(std::string const& path) {
-      while ((fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) < 0) {
-         if (!retryAfterSignal()) {
+      while ((fd_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) < 0) {
+         if (errno != EINTR) {
             failSystem("cannot open");
          }
       }
@@ -189,16 +204,20 @@ FileBytes readStateFile(std::string const& path, std::size_t padding, std::size_
    FileBytes bytes;
    bytes.capacityIs(expected != 0 ? expected + 1 + padding : kFirstBuffer);
    std::size_t& size = bytes.size_;
+   bool const mayWait = !S_ISREG(before.st_mode);
    while (true) {
       if (bytes.capacity_ - size <= padding) {
          bytes.capacityIs(std::min(bytes.capacity_ * 2, largest + 1 + padding));
+      }
+      if (mayWait) {
+         waitForBytes(file.fd());
       }
       auto const got = ::read(file.fd(), bytes.data_ + size, bytes.capacity_ - size - padding);
       if (got == 0) {
          break;
       }
       if (got < 0) {
-         if (!retryAfterSignal()) {
+         if (errno != EAGAIN && errno != EINTR) {
             failSystem("cannot read");
          }
          continue;

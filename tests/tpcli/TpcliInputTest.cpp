@@ -54,6 +54,11 @@ TEST(TpcliInputTest, CtrlCWhileWaitingForAWriterEndsWithOneHundredThirty) {
    std::this_thread::sleep_for(std::chrono::milliseconds(300));
    kill(pid, SIGINT);
    EXPECT_EQ(waitForExit(pid), 130);
+   // A Ctrl-C that the handler noted just before the FIFO was opened.
+   expectRuns({{"-s " + fifo + " show traffic-policy interface",
+                {preloading(INTERRUPTING_SHIM, {"TPCLI_TEST_INTERRUPT=" + fifo})},
+                130,
+                ""}});
 }
 
 }  // namespace
