@@ -4,6 +4,7 @@
 // input renders the one command that it picks, in all four forms: rendering all 24 commands for
 // every input made each run several times longer.
 #include <fuzzer/FuzzedDataProvider.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdio>
@@ -102,19 +103,52 @@ Command commandFor(std::uint8_t choice, fuzz::BuiltState const& state, FuzzedDat
    return std::move(listings[index - kPolicyCommands]);
 }
 
+// Renders go onto one memory file that is only rewound in between, never emptied: emptying it
+// freed its pages for the next render to fault them in again. What a render wrote is what lies
+// before the offset it left, read back into a buffer that is kept as well.
+class RenderedOutput {
+ public:
+   int rewound() const {
+      if (::lseek(file_.fd(), 0, SEEK_SET) != 0) {
+         fail("rewinding");
+      }
+      return file_.fd();
+   }
+
+   std::string const& written() {
+      auto const size = ::lseek(file_.fd(), 0, SEEK_CUR);
+      if (size < 0) {
+         fail("measuring");
+      }
+      text_.resize(static_cast<std::size_t>(size));
+      if (::pread(file_.fd(), text_.data(), text_.size(), 0) != size) {
+         fail("reading");
+      }
+      return text_;
+   }
+
+ private:
+   [[noreturn]] static void fail(char const* what) {
+      std::perror(what);
+      std::abort();
+   }
+
+   tpcli::MemoryFile file_;
+   std::string text_;
+};
+
 void renderAndCheck(StateLoader::DeviceState const& state, Command const& command) {
-   static tpcli::MemoryFile const output;
+   static RenderedOutput output;
    for (std::uint32_t const revision : {1u, 2u}) {
       for (auto const format : {vellum::OutputFormat_t::text, vellum::OutputFormat_t::json}) {
-         output.write(nullptr, 0);
          auto show = tpcli::makeShowCommand(kFactories, state, command.request);
-         tpcli::renderShowCommand(*show, output.fd(), format, revision,
+         tpcli::renderShowCommand(*show, output.rewound(), format, revision,
                                   tpcli::perInterfaceCountingOf(state, command.request));
          auto const label = command.label + " revision " + std::to_string(revision);
          if (format == vellum::OutputFormat_t::json) {
-            fuzz::checkJson(output.contents(), label + " json");
+            fuzz::checkJson(output.written(), label + " json");
          } else {
-            fuzz::checkText(output.contents(), label + " text");
+            fuzz::checkText(output.written(), label + " text");
          }
       }
    }

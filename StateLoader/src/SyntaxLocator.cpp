@@ -1,9 +1,16 @@
 // A small JSON scanner that follows the grammar of RFC 8259 byte by byte, keeping the path of
 // objects and lists it is in, and stops at the first fault with a message naming what it found.
+// The runs that make up most of a text (plain string bytes, and the lines before the fault when
+// the position is counted) are taken eight bytes at a time.
 #include "SyntaxLocator.h"
 
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <span>
 #include <vector>
 
 #include "JsonPointer.h"
@@ -22,6 +29,75 @@ struct Frame {
 };
 
 enum class Next { value, key, afterValue, done };
+
+constexpr std::uint64_t kEveryByte = 0x0101010101010101;
+constexpr std::uint64_t kHighBits = 0x8080808080808080;
+
+std::uint64_t wordAt(std::string_view text, std::size_t at) {
+   std::uint64_t word;
+   std::memcpy(&word, text.data() + at, sizeof word);
+   return word;
+}
+
+// The zero bytes of `word`, each marked by its high bit (exactly: no carry crosses a byte).
+constexpr std::uint64_t zeroBytes(std::uint64_t word) {
+   return ~(((word & ~kHighBits) + ~kHighBits) | word) & kHighBits;
+}
+
+constexpr std::uint64_t bytesEqual(std::uint64_t word, unsigned char byte) {
+   return zeroBytes(word ^ (kEveryByte * byte));
+}
+
+// The bytes that end a run of plain string bytes: a quote, a backslash, a control character or
+// a byte of a multi-byte character.
+constexpr std::uint64_t notPlainInString(std::uint64_t word) {
+   return (word & kHighBits) | zeroBytes(word & (kEveryByte * 0xe0)) | bytesEqual(word, '"') |
+          bytesEqual(word, '\\');
+}
+
+constexpr std::uint64_t notBlank(std::uint64_t word) {
+   return ~(bytesEqual(word, ' ') | bytesEqual(word, '\t') | bytesEqual(word, '\n') |
+            bytesEqual(word, '\r')) &
+          kHighBits;
+}
+
+// How many bytes of a word, in their order in the text, come before the first one marked.
+std::size_t bytesBefore(std::uint64_t marks) {
+   auto const bits = std::endian::native == std::endian::little ? std::countr_zero(marks)
+                                                                : std::countl_zero(marks);
+   return static_cast<std::size_t>(bits) / 8;
+}
+
+// Bytes that a string holds as they are: printable ASCII other than the quote and the backslash.
+constexpr auto kPlainInString = [] {
+   std::array<bool, 256> plain{};
+   for (int byte = 0x20; byte < 0x80; ++byte) {
+      plain[byte] = byte != '"' && byte != '\\';
+   }
+   return plain;
+}();
+
+constexpr auto kBlank = [] {
+   std::array<bool, 256> blank{};
+   for (unsigned char const byte : {' ', '\t', '\n', '\r'}) {
+      blank[byte] = true;
+   }
+   return blank;
+}();
+
+// UTF-8 continuation bytes (10xxxxxx) in text[begin, end).
+std::size_t continuationBytes(std::string_view text, std::size_t begin, std::size_t end) {
+   std::size_t count = 0;
+   std::size_t at = begin;
+   for (; at + sizeof(std::uint64_t) <= end; at += sizeof(std::uint64_t)) {
+      auto const word = wordAt(text, at);
+      count += static_cast<std::size_t>(std::popcount(word & ~(word << 1) & kHighBits));
+   }
+   for (; at < end; ++at) {
+      count += (static_cast<unsigned char>(text[at]) & 0xc0) == 0x80 ? 1 : 0;
+   }
+   return count;
+}
 
 constexpr std::string_view kLargestUnsigned = "18446744073709551615";
 constexpr std::string_view kSmallestSigned = "9223372036854775808";
@@ -116,21 +192,21 @@ class Scanner {
    }
 
    Next openContainer(bool isObject) {
-      if (stack_.size() == maxDepth_) {
+      if (depth_ == maxDepth_) {
          return stop("nesting deeper than " + std::to_string(maxDepth_) + " levels");
       }
       ++pos_;
-      stack_.emplace_back().isObject = isObject;
+      Frame& frame = push(isObject);
       skipWhiteSpace();
       if (!atEnd() && text_[pos_] == (isObject ? '}' : ']')) {
          ++pos_;
-         stack_.pop_back();
+         --depth_;
          return Next::afterValue;
       }
       if (isObject) {
          return Next::key;
       }
-      stack_.back().inValue = true;
+      frame.inValue = true;
       return Next::value;
    }
 
@@ -138,7 +214,7 @@ class Scanner {
       if (atEnd() || text_[pos_] != '"') {
          return stop("expected a key in double quotes, found " + found());
       }
-      Frame& frame = stack_.back();
+      Frame& frame = stack_[depth_ - 1];
       frame.key.clear();
       if (!scanString(&frame.key)) {
          return Next::done;
@@ -153,15 +229,15 @@ class Scanner {
    }
 
    Next afterValue() {
-      if (stack_.empty()) {
+      if (depth_ == 0) {
          return atEnd() ? Next::done : stop("unexpected " + found() + " after the document");
       }
-      Frame& frame = stack_.back();
+      Frame& frame = stack_[depth_ - 1];
       frame.inValue = false;
       char const close = frame.isObject ? '}' : ']';
       if (!atEnd() && text_[pos_] == close) {
          ++pos_;
-         stack_.pop_back();
+         --depth_;
          return Next::afterValue;
       }
       if (atEnd() || text_[pos_] != ',') {
@@ -176,10 +252,27 @@ class Scanner {
       return Next::value;
    }
 
+   Frame& push(bool isObject) {
+      if (depth_ == stack_.size()) {
+         stack_.emplace_back();
+      }
+      Frame& frame = stack_[depth_++];
+      frame.isObject = isObject;
+      frame.inValue = false;
+      frame.index = 0;
+      return frame;
+   }
+
    // Reads a string from its opening quote; keys are decoded into `decoded` for the pointer.
    bool scanString(std::string* decoded) {
       ++pos_;
       while (!atEnd()) {
+         std::size_t const run = pos_;
+         skipRun(notPlainInString, kPlainInString);
+         append(decoded, text_.substr(run, pos_ - run));
+         if (atEnd()) {
+            break;
+         }
          auto const byte = static_cast<unsigned char>(text_[pos_]);
          if (byte == '"') {
             ++pos_;
@@ -192,15 +285,26 @@ class Scanner {
          } else if (byte < 0x20) {
             return refuse("control character " + hexByte(byte) + " in " + stringKind(decoded) +
                           "; write it as an escape");
-         } else if (byte >= 0x80) {
-            if (!scanUtf8(decoded)) {
-               return false;
-            }
-         } else {
-            append(decoded, text_.substr(pos_++, 1));
+         } else if (!scanUtf8(decoded)) {
+            return false;
          }
       }
       return refuse("the file ends inside " + stringKind(decoded));
+   }
+
+   // Moves past the bytes that `kept` marks, eight at a time while the text has eight left;
+   // `stops` marks the bytes of a word that end the run.
+   void skipRun(std::uint64_t (*stops)(std::uint64_t), std::array<bool, 256> const& kept) {
+      while (pos_ + sizeof(std::uint64_t) <= text_.size()) {
+         auto const run = bytesBefore(stops(wordAt(text_, pos_)));
+         pos_ += run;
+         if (run < sizeof(std::uint64_t)) {
+            return;
+         }
+      }
+      while (!atEnd() && kept[static_cast<unsigned char>(text_[pos_])]) {
+         ++pos_;
+      }
    }
 
    // Faults in an escape are reported at its backslash.
@@ -329,17 +433,21 @@ class Scanner {
 
    // False, with magnitudeFault_ saying why, for a number too large for the parser.
    bool checkMagnitude(std::string_view number, bool negative, bool isInteger) {
+      if (isInteger) {
+         auto const limit = negative ? kSmallestSigned : kLargestUnsigned;
+         if (!exceeds(number.substr(negative ? 1 : 0), limit)) {
+            return true;
+         }
+         magnitudeFault_ = "number " + std::string(number) +
+                           (negative ? " is smaller than -" : " is larger than ") +
+                           std::string(limit);
+         return false;
+      }
       std::string const written(number);
-      if (isInteger && !negative && exceeds(number, kLargestUnsigned)) {
-         magnitudeFault_ = "number " + written + " is larger than " + std::string(kLargestUnsigned);
-      } else if (isInteger && negative && exceeds(number.substr(1), kSmallestSigned)) {
-         magnitudeFault_ =
-             "number " + written + " is smaller than -" + std::string(kSmallestSigned);
-      } else if (!isInteger && std::isinf(std::strtod(written.c_str(), nullptr))) {
-         magnitudeFault_ = "number " + written + " is out of range";
-      } else {
+      if (!std::isinf(std::strtod(written.c_str(), nullptr))) {
          return true;
       }
+      magnitudeFault_ = "number " + written + " is out of range";
       return false;
    }
 
@@ -359,12 +467,7 @@ class Scanner {
       }
    }
 
-   void skipWhiteSpace() {
-      while (!atEnd() && (text_[pos_] == ' ' || text_[pos_] == '\t' || text_[pos_] == '\n' ||
-                          text_[pos_] == '\r')) {
-         ++pos_;
-      }
-   }
+   void skipWhiteSpace() { skipRun(notBlank, kBlank); }
 
    bool atEnd() const noexcept { return pos_ >= text_.size(); }
 
@@ -407,7 +510,7 @@ class Scanner {
 
    std::string pointer() const {
       std::string pointer;
-      for (Frame const& frame : stack_) {
+      for (Frame const& frame : std::span(stack_).first(depth_)) {
          if (!frame.inValue) {
             break;
          }
@@ -422,24 +525,28 @@ class Scanner {
 
    // Columns count characters, not bytes: UTF-8 continuation bytes are not counted.
    std::string position() const {
+      auto const end = std::min(pos_, text_.size());
       std::size_t line = 1;
-      std::size_t column = 1;
-      for (std::size_t at = 0; at < pos_ && at < text_.size(); ++at) {
-         auto const byte = static_cast<unsigned char>(text_[at]);
-         if (byte == '\n') {
-            ++line;
-            column = 1;
-         } else if ((byte & 0xc0) != 0x80) {
-            ++column;
+      std::size_t lineStart = 0;
+      while (lineStart < end) {
+         auto const* newline =
+             static_cast<char const*>(std::memchr(text_.data() + lineStart, '\n', end - lineStart));
+         if (newline == nullptr) {
+            break;
          }
+         ++line;
+         lineStart = static_cast<std::size_t>(newline - text_.data()) + 1;
       }
+      auto const column = 1 + end - lineStart - continuationBytes(text_, lineStart, end);
       return "line " + std::to_string(line) + ", column " + std::to_string(column);
    }
 
    std::string_view text_;
    std::size_t maxDepth_;
    std::size_t pos_ = 0;
+   // The open containers are stack_[0, depth_); frames past them are kept for their keys' memory.
    std::vector<Frame> stack_;
+   std::size_t depth_ = 0;
    std::string unicodeFault_;
    std::string magnitudeFault_;
    std::optional<SyntaxFault> fault_;
