@@ -44,15 +44,14 @@ void finishCountLine(vellum::RendererV2& renderer, CountDirections const& direct
    renderer.eol();
 }
 
-void renderRuleCount(vellum::RendererV2& renderer, PolicyState::PtrConst const& policyState,
-                     Kel::String const& ruleName, CountDirections const& directions,
+// `data` is the rule's live counter; one the agent has not reported yet has counted nothing.
+void renderRuleCount(vellum::RendererV2& renderer, PolicyState const& policyState,
+                     PolicyMap::PacketDataStatus const* data, CountDirections const& directions,
                      std::uint32_t actionIndent) {
    renderer.writeString(kCountLabel);
    if (directions.input) {
-      // A counter the agent has not reported yet has counted nothing.
-      auto const data = getUnnamedCounterData(policyState, ruleName, true);
       std::uint64_t const packets =
-          data ? getRulePacketCount(data, policyState->counter(), policyState->name()) : 0;
+          data ? getRulePacketCount(*data, policyState.counter(), policyState.name()) : 0;
       renderer.writeString(packets);
       renderer.writeString(" packets");
       for (auto const key : kRuleCountKeys) {
@@ -138,7 +137,9 @@ void ShowTrafficPolicyCpu::renderCountAction(vellum::RendererV2* renderer, std::
    auto const* cached = policyState->classMapStatusInput().lookup(ruleIndex);
    auto const cmapStatus = cached ? *cached : nullptr;
    KEL_ASSERT(cmapStatus);
-   renderRuleCount(*renderer, policyState, cmapStatus->name(), inputOnly, indent);
+   renderRuleCount(*renderer, *policyState,
+                   inputRuleCounter(*policyState, ruleIndex, cmapStatus->name()), inputOnly,
+                   indent);
 }
 
 void ShowTrafficPolicyInterface::renderCountAction(
@@ -150,7 +151,11 @@ void ShowTrafficPolicyInterface::renderCountAction(
    CountDirections const directions{!policyStateInterface->filterOutputPolicies(),
                                     !policyStateInterface->filterInputPolicies(), true};
    if (action->counterName().empty()) {
-      renderRuleCount(*renderer, policyState, policyState->ruleName(ruleIndex), directions, indent);
+      renderRuleCount(*renderer, *policyState,
+                      directions.input ? inputRuleCounter(*policyState, ruleIndex,
+                                                          policyState->ruleName(ruleIndex))
+                                       : nullptr,
+                      directions, indent);
    } else {
       renderNamedCount(*renderer, policyState, action->counterName(), directions, indent);
    }
