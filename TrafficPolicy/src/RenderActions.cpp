@@ -78,11 +78,11 @@ void renderAggregationRedirect(vellum::RendererV2& renderer,
 }
 
 // "Set DSCP 46" and "setDscp": 46; the JSON key comes from cliMap.
-void renderSetValue(vellum::RendererV2& renderer, std::string_view label, std::uint8_t value) {
-   renderer.writeString(label);
+void renderSetValue(vellum::RendererV2& renderer, Criterion criterion, std::uint8_t value) {
+   renderer.writeString(criterion.label());
    renderer.writeString(" ");
    renderer.writeString(value);
-   renderer._addJsonKeyValuePair(cliJsonName(label), value);
+   renderer._addJsonKeyValuePair(criterion.jsonKey(), value);
 }
 
 void renderPolice(vellum::RendererV2& renderer, PolicyMap::PoliceAction const& police) {
