@@ -3,6 +3,7 @@
 // interfaces counts exist for input only, so output is always shown as not available, on a line
 // aligned under the input figures.
 #include <array>
+#include <typeinfo>
 
 #include "Kel/Assert.h"
 #include "TrafficPolicyCli/CounterData.h"
@@ -145,7 +146,12 @@ void ShowTrafficPolicyCpu::renderCountAction(vellum::RendererV2* renderer, std::
 void ShowTrafficPolicyInterface::renderCountAction(
     vellum::RendererV2* renderer, std::uint32_t ruleIndex, PolicyState::PtrConst const& policyState,
     Kel::Ptr<PolicyMap::CountAction const> const& action, std::uint32_t indent) {
-   auto const policyStateInterface = Kel::dynamicPtrCast<PolicyStateInterface const>(policyState);
+   // The record type is final: comparing types checks the downcast without the run-time library's
+   // walk of the class hierarchy, and no reference is taken.
+   auto const* policyStateInterface =
+       policyState && typeid(*policyState) == typeid(PolicyStateInterface)
+           ? static_cast<PolicyStateInterface const*>(policyState.get())
+           : nullptr;
    KEL_ASSERT(policyStateInterface);
    // The filters name the one direction the command shows; without either it shows both.
    CountDirections const directions{!policyStateInterface->filterOutputPolicies(),

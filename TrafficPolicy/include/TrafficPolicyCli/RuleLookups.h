@@ -21,7 +21,11 @@ class RuleLookups {
    // the one the record keeps at the index.
    bool answerFor(PolicyState const& record, std::uint32_t ruleIndex,
                   Kel::String const& ruleName) const {
-      return &record == record_ && record.ruleName(ruleIndex) == ruleName;
+      if (&record != record_) {
+         return false;
+      }
+      auto const& kept = record.ruleName(ruleIndex);
+      return &kept == &ruleName || kept == ruleName;
    }
    // Null when the rule has no actions, no live counter, or no place in the record.
    PolicyMap::ClassAction const* actions(std::uint32_t ruleIndex) const noexcept {
