@@ -5,6 +5,7 @@
 // where looking each rule up costs a binary search with a cache miss at most of its steps.
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -17,17 +18,20 @@
 
 namespace TrafficPolicyCli {
 
-// A name that stands twice is answered with its first place and listed apart.
+// The names are read through `nameAt(position)`, so that the table costs its slots only. A name
+// that stands twice is answered with its first place and listed apart.
+template <typename NameAt>
 class PositionsByName {
  public:
    static constexpr std::uint32_t kNone = ~std::uint32_t{0};
 
-   explicit PositionsByName(std::vector<std::string_view> names)
-       : names_(std::move(names)),
-         slots_(std::bit_ceil(names_.size() + names_.size() / 2 + 1), kNone),
+   PositionsByName(std::uint32_t count, NameAt nameAt)
+       : nameAt_(std::move(nameAt)),
+         slots_(std::bit_ceil(std::size_t{count} + count / 2 + 1), kNone),
          mask_(slots_.size() - 1) {
-      for (std::uint32_t position = 0; position < names_.size(); ++position) {
-         auto& slot = slots_[slotIndex(names_[position], hashOf(names_[position]))];
+      for (std::uint32_t position = 0; position < count; ++position) {
+         auto const name = nameAt_(position);
+         auto& slot = slots_[slotIndex(name, hashOf(name))];
          if (slot == kNone) {
             slot = position;
          } else {
@@ -55,13 +59,13 @@ class PositionsByName {
    // is never more than two thirds full, so a probe ends.
    std::size_t slotIndex(std::string_view name, std::size_t hash) const {
       auto index = hash & mask_;
-      while (slots_[index] != kNone && names_[slots_[index]] != name) {
+      while (slots_[index] != kNone && nameAt_(slots_[index]) != name) {
          index = (index + 1) & mask_;
       }
       return index;
    }
 
-   std::vector<std::string_view> names_;
+   NameAt nameAt_;
    std::vector<std::uint32_t> slots_;
    std::size_t mask_;
    std::vector<std::pair<std::uint32_t, std::uint32_t>> repeated_;
@@ -90,25 +94,30 @@ class ForwardCursor {
 };
 
 // Calls `placed(position, entry)` for each entry of `map` (keyed by Kel::String, walked in its
-// own order) whose name stands in `positions`. At scale every probe is a cache miss, so the
-// names are hashed first and each probe's slot is fetched a few names ahead: the misses overlap
+// own order) whose name stands in `positions`. At scale every probe is a cache miss, so each
+// name is hashed a few entries ahead of its probe and its slot fetched then: the misses overlap
 // instead of queueing.
-template <typename Map, typename Placed>
-void forEachPlaced(PositionsByName const& positions, Map const& map, Placed&& placed) {
-   std::vector<std::size_t> hashes;
-   hashes.reserve(map.size());
-   for (auto const& entry : map) {
-      hashes.push_back(PositionsByName::hashOf(entry.first.view()));
-   }
+template <typename Positions, typename Map, typename Placed>
+void forEachPlaced(Positions const& positions, Map const& map, Placed&& placed) {
    constexpr std::size_t kAhead = 8;
+   std::array<std::size_t, kAhead> hashes{};
+   auto ahead = map.begin();
+   auto const hashAhead = [&](std::size_t& hash) {
+      hash = Positions::hashOf(ahead->first.view());
+      positions.prefetch(hash);
+      ++ahead;
+   };
+   for (std::size_t index = 0; index < kAhead && ahead != map.end(); ++index) {
+      hashAhead(hashes[index]);
+   }
    std::size_t index = 0;
    for (auto const& entry : map) {
-      auto const hash = hashes[index++];
-      if (index + kAhead < hashes.size()) {
-         positions.prefetch(hashes[index + kAhead]);
-      }
+      auto& hash = hashes[index++ % kAhead];
       auto const position = positions.find(entry.first.view(), hash);
-      if (position != PositionsByName::kNone) {
+      if (ahead != map.end()) {
+         hashAhead(hash);
+      }
+      if (position != Positions::kNone) {
          placed(position, entry);
       }
    }

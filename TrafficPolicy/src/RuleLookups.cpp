@@ -10,26 +10,25 @@ namespace TrafficPolicyCli {
 
 namespace {
 
-// The record's rule names by rule index; an index without a rule stands as an empty name, which
-// names no map entry that matters: nothing is shown at that index.
-std::vector<std::string_view> namesByIndex(PolicyState const& record) {
-   std::vector<std::string_view> names;
-   names.reserve(record.ruleNames().size());
-   for (auto const& [index, name] : record.ruleNames()) {
-      if (index >= names.size()) {
-         names.resize(std::size_t{index} + 1);
-      }
-      names[index] = name.view();
+// One past the highest rule index of the record (the indices are dense in practice).
+std::uint32_t indexCount(PolicyState const& record) {
+   std::uint32_t count = 0;
+   for (auto const& entry : record.ruleNames()) {
+      count = entry.index + 1;
    }
-   return names;
+   return count;
 }
 
 }  // namespace
 
 RuleLookups::RuleLookups(PolicyState const& record) : record_(&record) {
-   auto names = namesByIndex(record);
-   rules_.resize(names.size());
-   PositionsByName const positions(std::move(names));
+   auto const count = indexCount(record);
+   rules_.resize(count);
+   // An index without a rule reads as the empty name, which no rule of the maps has.
+   PositionsByName const positions(count, [&names = record.ruleNames()](std::uint32_t index) {
+      auto const* name = names.lookup(index);
+      return name ? name->view() : std::string_view();
+   });
    auto const& config = record.policyMapConfig();
    auto const subConfig = config ? config->currCfg() : nullptr;
    if (!subConfig) {
