@@ -24,8 +24,9 @@ struct CountDirections {
    bool marked;
 };
 
-// The old and the current key of a count are both written, for readers of either.
-constexpr std::array<std::string_view, 2> kRuleCountKeys{"count", "inputCounter"};
+// The old and the current key of a count are both written, for readers of either. A rule's count
+// names its keys in line: every rule has one, and literal keys are checked for escaping when the
+// library is compiled.
 constexpr std::array<std::string_view, 2> kNamedCountKeys{"countNamed", "inputNamedCounters"};
 
 // After the input figures: " (input)" where directions are named, then "N/A (output)" in the
@@ -55,9 +56,8 @@ void renderRuleCount(vellum::RendererV2& renderer, PolicyState const& policyStat
           data ? getRulePacketCount(*data, policyState.counter(), policyState.name()) : 0;
       renderer.writeString(packets);
       renderer.writeString(" packets");
-      for (auto const key : kRuleCountKeys) {
-         renderer._addJsonKeyValuePair(key, packets);
-      }
+      renderer._addJsonKeyValuePair("count", packets);
+      renderer._addJsonKeyValuePair("inputCounter", packets);
    }
    finishCountLine(renderer, directions,
                    actionIndent + static_cast<std::uint32_t>(kCountLabel.size()));
