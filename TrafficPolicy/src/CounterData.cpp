@@ -135,8 +135,8 @@ Kel::Ptr<PolicyMap::PacketDataStatus const> getNamedCounterData(
 
 PolicyMap::PacketDataStatus const* ShowTrafficPolicyBase::inputRuleCounter(
     PolicyState const& record, std::uint32_t ruleIndex, Kel::String const& ruleName) const {
-   if (ruleLookups_ && ruleLookups_->answerFor(record, ruleIndex, ruleName)) {
-      return ruleLookups_->inputCounter(ruleIndex);
+   if (ruleLookups_.answerFor(record, ruleIndex, ruleName)) {
+      return ruleLookups_.inputCounter(ruleIndex);
    }
    auto const* data = record.inputClassCounters().lookup(ruleName);
    return data ? data->get() : nullptr;

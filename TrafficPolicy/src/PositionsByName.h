@@ -25,10 +25,11 @@ class PositionsByName {
  public:
    static constexpr std::uint32_t kNone = ~std::uint32_t{0};
 
-   PositionsByName(std::uint32_t count, NameAt nameAt)
-       : nameAt_(std::move(nameAt)),
-         slots_(std::bit_ceil(std::size_t{count} + count / 2 + 1), kNone),
-         mask_(slots_.size() - 1) {
+   // The table's slots live in `slots`, whose storage a caller may keep for the next table.
+   PositionsByName(std::vector<std::uint32_t>& slots, std::uint32_t count, NameAt nameAt)
+       : nameAt_(std::move(nameAt)), slots_(slots) {
+      slots_.assign(std::bit_ceil(std::size_t{count} + count / 2 + 1), kNone);
+      mask_ = slots_.size() - 1;
       for (std::uint32_t position = 0; position < count; ++position) {
          auto const name = nameAt_(position);
          auto& slot = slots_[slotIndex(name, hashOf(name))];
@@ -66,8 +67,8 @@ class PositionsByName {
    }
 
    NameAt nameAt_;
-   std::vector<std::uint32_t> slots_;
-   std::size_t mask_;
+   std::vector<std::uint32_t>& slots_;
+   std::size_t mask_ = 0;
    std::vector<std::pair<std::uint32_t, std::uint32_t>> repeated_;
 };
 

@@ -164,8 +164,8 @@ void renderAction(vellum::RendererV2& renderer, PolicyMap::Action const& action,
 
 PolicyMap::ClassAction const* ShowTrafficPolicyBase::ruleActions(
     PolicyState const& record, std::uint32_t ruleIndex, Kel::String const& ruleName) const {
-   if (ruleLookups_ && ruleLookups_->answerFor(record, ruleIndex, ruleName)) {
-      return ruleLookups_->actions(ruleIndex);
+   if (ruleLookups_.answerFor(record, ruleIndex, ruleName)) {
+      return ruleLookups_.actions(ruleIndex);
    }
    auto const& pmapConfig = record.policyMapConfig();
    auto const subConfig = pmapConfig ? pmapConfig->currCfg() : nullptr;

@@ -172,11 +172,11 @@ void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
    auto const innerIndent = indent + policyState->indentCountPerLevel();
    // The rules' actions and counters are found for all rules at once, not by name rule by rule;
    // the lookups go when the rules are done, an interrupt included.
-   ruleLookups_.emplace(*policyState);
-   struct DropLookups {
-      std::optional<RuleLookups>& lookups;
-      ~DropLookups() { lookups.reset(); }
-   } const dropLookups{ruleLookups_};
+   ruleLookups_.join(*policyState);
+   struct ForgetLookups {
+      RuleLookups& lookups;
+      ~ForgetLookups() { lookups.forget(); }
+   } const forgetLookups{ruleLookups_};
    for (auto const& [ruleIndex, match] : policyState->classMapConfig()) {
       auto const& ruleName = policyState->ruleName(ruleIndex);
       auto const optionWord = matchOptionWord(match->option());

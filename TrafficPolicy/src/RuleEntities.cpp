@@ -24,8 +24,9 @@ std::vector<RuleEntities> ruleEntitiesByName(std::vector<Kel::String> const& rul
                                              PolicyMap::PolicyMapStatus const& policyStatus,
                                              PolicyMap::PolicyMapSubConfig const& subConfig) {
    std::vector<RuleEntities> rules(ruleNames.size());
+   std::vector<std::uint32_t> slots;
    PositionsByName const positions(
-       static_cast<std::uint32_t>(ruleNames.size()),
+       slots, static_cast<std::uint32_t>(ruleNames.size()),
        [&ruleNames](std::uint32_t position) { return ruleNames[position].view(); });
    ForwardCursor classMaps(subConfig.classMap());
    ForwardCursor classActions(subConfig.classAction());

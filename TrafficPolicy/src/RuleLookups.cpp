@@ -21,14 +21,16 @@ std::uint32_t indexCount(PolicyState const& record) {
 
 }  // namespace
 
-RuleLookups::RuleLookups(PolicyState const& record) : record_(&record) {
+void RuleLookups::join(PolicyState const& record) {
+   record_ = &record;
    auto const count = indexCount(record);
-   rules_.resize(count);
+   rules_.assign(count, Rule{});
    // An index without a rule reads as the empty name, which no rule of the maps has.
-   PositionsByName const positions(count, [&names = record.ruleNames()](std::uint32_t index) {
-      auto const* name = names.lookup(index);
-      return name ? name->view() : std::string_view();
-   });
+   PositionsByName const positions(slots_, count,
+                                   [&names = record.ruleNames()](std::uint32_t index) {
+                                      auto const* name = names.lookup(index);
+                                      return name ? name->view() : std::string_view();
+                                   });
    auto const& config = record.policyMapConfig();
    auto const subConfig = config ? config->currCfg() : nullptr;
    if (!subConfig) {

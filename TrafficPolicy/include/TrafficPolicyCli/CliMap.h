@@ -51,7 +51,7 @@ class CliMap {
       }
       return nullptr;
    }
-   std::array<CliMapRow, kRows> const& rows() const noexcept { return rows_; }
+   constexpr std::array<CliMapRow, kRows> const& rows() const noexcept { return rows_; }
 
  private:
    std::array<CliMapRow, kRows> rows_;
@@ -96,12 +96,15 @@ class Criterion {
    constexpr std::string_view jsonKey() const noexcept { return jsonKey_; }
 
  private:
+   // Walks the rows rather than asking the indexed lookup, whose null answer is a pointer that
+   // sanitizer builds cannot compare in a constant expression.
    static consteval std::string_view keyOf(std::string_view label) {
-      auto const* jsonKey = cliMap[label];
-      if (jsonKey == nullptr) {
-         throw "a criterion's label is missing from cliMap";
+      for (auto const& row : cliMap.rows()) {
+         if (row.label == label) {
+            return row.jsonName;
+         }
       }
-      return *jsonKey;
+      throw "a criterion's label is missing from cliMap";
    }
 
    std::string_view label_;

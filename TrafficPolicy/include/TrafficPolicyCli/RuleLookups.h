@@ -15,7 +15,11 @@ namespace TrafficPolicyCli {
 
 class RuleLookups {
  public:
-   explicit RuleLookups(PolicyState const& record);
+   // Joins the record's rules with its maps, in the storage of the previous join: a show object
+   // renders policy after policy with one set of lookups.
+   void join(PolicyState const& record);
+   // Answers for no record until the next join.
+   void forget() noexcept { record_ = nullptr; }
 
    // Whether the lookups answer for the rule: they were made for the record, and the name is
    // the one the record keeps at the index.
@@ -41,8 +45,10 @@ class RuleLookups {
       PolicyMap::PacketDataStatus const* inputCounter = nullptr;
    };
 
-   PolicyState const* record_;
+   PolicyState const* record_ = nullptr;
    std::vector<Rule> rules_;
+   // The name table's slots, kept for the next join.
+   std::vector<std::uint32_t> slots_;
 };
 
 }  // namespace TrafficPolicyCli

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 #include "Kel/OrderedMap.h"
 #include "PolicyMap/Actions.h"
@@ -191,8 +190,8 @@ class ShowTrafficPolicyBase : public ShowCommand {
    mutable Kel::String lastPolicyName_;
    mutable Kel::Ptr<PolicyState> lastPolicyState_;
    Kel::Ptr<CounterReader const> inputCounterHelper_;
-   // Made by renderRules for the policy whose rules it renders, and dropped when it is done.
-   std::optional<RuleLookups> ruleLookups_;
+   // Joined by renderRules for the policy whose rules it renders, and forgotten when it is done.
+   RuleLookups ruleLookups_;
 };
 
 }  // namespace TrafficPolicyCli
