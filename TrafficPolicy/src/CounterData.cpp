@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 #include "TrafficPolicyCli/Trace.h"
 
 namespace TrafficPolicyCli {
@@ -71,17 +72,23 @@ PolicyStateInterface const& interfaceRecord(PolicyState::PtrConst const& policyS
 std::uint64_t getRulePacketCount(Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
                                  Kel::Ptr<TrafficPolicy::Counter const> const& counter,
                                  Kel::String const& policyName) {
-   auto const live = packetData->pkts();
+   return getRulePacketCount(*packetData, counter, policyName);
+}
+
+std::uint64_t getRulePacketCount(PolicyMap::PacketDataStatus const& packetData,
+                                 Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                 Kel::String const& policyName) {
+   auto const live = packetData.pkts();
    TrafficPolicy::CounterVersion const fresh;
    auto const* found = counter && !counter->snapshot().empty()
-                           ? counter->snapshot({policyName, packetData->name()})
+                           ? counter->snapshot({policyName, packetData.name()})
                            : nullptr;
    auto const& snapshot = found ? *found : fresh;
-   if (snapshot.instanceId != packetData->instanceId()) {
+   if (snapshot.instanceId != packetData.instanceId()) {
       return live;
    }
    return sinceSnapshot(live, snapshot.pkts, policyName,
-                        CounterDescription{"class", packetData->name()});
+                        CounterDescription{"class", packetData.name()});
 }
 
 std::uint64_t getNamedPacketCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
@@ -124,6 +131,15 @@ Kel::Ptr<PolicyMap::PacketDataStatus const> getNamedCounterData(
    return lookup(isInput ? policyState->inputNamedCounters()
                          : interfaceRecord(policyState).outputNamedCounters(),
                  counterName);
+}
+
+PolicyMap::PacketDataStatus const* ShowTrafficPolicyBase::inputRuleCounter(
+    PolicyState const& record, std::uint32_t ruleIndex, Kel::String const& ruleName) const {
+   if (ruleLookups_.answerFor(record, ruleIndex, ruleName)) {
+      return ruleLookups_.inputCounter(ruleIndex);
+   }
+   auto const* data = record.inputClassCounters().lookup(ruleName);
+   return data ? data->get() : nullptr;
 }
 
 }  // namespace TrafficPolicyCli

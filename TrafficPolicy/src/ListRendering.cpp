@@ -39,18 +39,12 @@ void writeRangeText(vellum::RendererV2& renderer, Classification::NumericalRange
 }
 
 void writeRangeEntry(vellum::RendererV2& renderer, Classification::NumericalRange const& range) {
-   renderer.listEntry([&] {
-      renderer._addJsonKeyValuePair("low", range.low);
-      renderer._addJsonKeyValuePair("high", range.high);
-   });
+   renderer.numberPair("", "low", range.low, "high", range.high);
 }
 
 void writeRangeObject(vellum::RendererV2& renderer, std::string_view key,
                       Classification::NumericalRange const& range) {
-   renderer.object(key, [&] {
-      renderer._addJsonKeyValuePair("low", range.low);
-      renderer._addJsonKeyValuePair("high", range.high);
-   });
+   renderer.numberPair(key, "low", range.low, "high", range.high);
 }
 
 void writeFieldSetSize(vellum::RendererV2& renderer, PrefixFieldSetState const& fieldSet,

@@ -35,14 +35,6 @@ bool isPolicyActionType(ActionType type) {
    return false;
 }
 
-PolicyMap::ClassAction const* ruleActions(PolicyState const& policyState,
-                                          Kel::String const& ruleName) {
-   auto const& pmapConfig = policyState.policyMapConfig();
-   auto const subConfig = pmapConfig ? pmapConfig->currCfg() : nullptr;
-   auto const* actions = subConfig ? subConfig->classAction().lookup(ruleName) : nullptr;
-   return actions ? actions->get() : nullptr;
-}
-
 // Redirect targets, sorted, in text "g1,g2,g3,g4..." (all of them with `showAll`); every name in
 // JSON. An empty list writes no text.
 void renderTargetNames(vellum::RendererV2& renderer, std::string_view label,
@@ -86,11 +78,11 @@ void renderAggregationRedirect(vellum::RendererV2& renderer,
 }
 
 // "Set DSCP 46" and "setDscp": 46; the JSON key comes from cliMap.
-void renderSetValue(vellum::RendererV2& renderer, std::string_view label, std::uint8_t value) {
-   renderer.writeString(label);
+void renderSetValue(vellum::RendererV2& renderer, Criterion criterion, std::uint8_t value) {
+   renderer.writeString(criterion.label());
    renderer.writeString(" ");
    renderer.writeString(value);
-   renderer._addJsonKeyValuePair(cliJsonName(label), value);
+   renderer._addJsonKeyValuePair(criterion.jsonKey(), value);
 }
 
 void renderPolice(vellum::RendererV2& renderer, PolicyMap::PoliceAction const& police) {
@@ -170,11 +162,22 @@ void renderAction(vellum::RendererV2& renderer, PolicyMap::Action const& action,
 
 }  // namespace
 
+PolicyMap::ClassAction const* ShowTrafficPolicyBase::ruleActions(
+    PolicyState const& record, std::uint32_t ruleIndex, Kel::String const& ruleName) const {
+   if (ruleLookups_.answerFor(record, ruleIndex, ruleName)) {
+      return ruleLookups_.actions(ruleIndex);
+   }
+   auto const& pmapConfig = record.policyMapConfig();
+   auto const subConfig = pmapConfig ? pmapConfig->currCfg() : nullptr;
+   auto const* actions = subConfig ? subConfig->classAction().lookup(ruleName) : nullptr;
+   return actions ? actions->get() : nullptr;
+}
+
 void ShowTrafficPolicyBase::renderActions(vellum::RendererV2* renderer, Kel::String const& ruleName,
                                           std::uint32_t ruleIndex,
                                           PolicyState::PtrConst const& policyState,
                                           std::uint32_t indent) {
-   auto const* actions = ruleActions(*policyState, ruleName);
+   auto const* actions = ruleActions(*policyState, ruleIndex, ruleName);
    if (!actions || !actions->policyAction()) {
       TP_TRACE(8) << "No actions mapped to " << ruleName.view();
       return;

@@ -3,6 +3,7 @@
 // interfaces counts exist for input only, so output is always shown as not available, on a line
 // aligned under the input figures.
 #include <array>
+#include <typeinfo>
 
 #include "Kel/Assert.h"
 #include "TrafficPolicyCli/CounterData.h"
@@ -23,8 +24,9 @@ struct CountDirections {
    bool marked;
 };
 
-// The old and the current key of a count are both written, for readers of either.
-constexpr std::array<std::string_view, 2> kRuleCountKeys{"count", "inputCounter"};
+// The old and the current key of a count are both written, for readers of either. A rule's count
+// names its keys in line: every rule has one, and literal keys are checked for escaping when the
+// library is compiled.
 constexpr std::array<std::string_view, 2> kNamedCountKeys{"countNamed", "inputNamedCounters"};
 
 // After the input figures: " (input)" where directions are named, then "N/A (output)" in the
@@ -44,20 +46,18 @@ void finishCountLine(vellum::RendererV2& renderer, CountDirections const& direct
    renderer.eol();
 }
 
-void renderRuleCount(vellum::RendererV2& renderer, PolicyState::PtrConst const& policyState,
-                     Kel::String const& ruleName, CountDirections const& directions,
+// `data` is the rule's live counter; one the agent has not reported yet has counted nothing.
+void renderRuleCount(vellum::RendererV2& renderer, PolicyState const& policyState,
+                     PolicyMap::PacketDataStatus const* data, CountDirections const& directions,
                      std::uint32_t actionIndent) {
    renderer.writeString(kCountLabel);
    if (directions.input) {
-      // A counter the agent has not reported yet has counted nothing.
-      auto const data = getUnnamedCounterData(policyState, ruleName, true);
       std::uint64_t const packets =
-          data ? getRulePacketCount(data, policyState->counter(), policyState->name()) : 0;
+          data ? getRulePacketCount(*data, policyState.counter(), policyState.name()) : 0;
       renderer.writeString(packets);
       renderer.writeString(" packets");
-      for (auto const key : kRuleCountKeys) {
-         renderer._addJsonKeyValuePair(key, packets);
-      }
+      renderer._addJsonKeyValuePair("count", packets);
+      renderer._addJsonKeyValuePair("inputCounter", packets);
    }
    finishCountLine(renderer, directions,
                    actionIndent + static_cast<std::uint32_t>(kCountLabel.size()));
@@ -138,19 +138,30 @@ void ShowTrafficPolicyCpu::renderCountAction(vellum::RendererV2* renderer, std::
    auto const* cached = policyState->classMapStatusInput().lookup(ruleIndex);
    auto const cmapStatus = cached ? *cached : nullptr;
    KEL_ASSERT(cmapStatus);
-   renderRuleCount(*renderer, policyState, cmapStatus->name(), inputOnly, indent);
+   renderRuleCount(*renderer, *policyState,
+                   inputRuleCounter(*policyState, ruleIndex, cmapStatus->name()), inputOnly,
+                   indent);
 }
 
 void ShowTrafficPolicyInterface::renderCountAction(
     vellum::RendererV2* renderer, std::uint32_t ruleIndex, PolicyState::PtrConst const& policyState,
     Kel::Ptr<PolicyMap::CountAction const> const& action, std::uint32_t indent) {
-   auto const policyStateInterface = Kel::dynamicPtrCast<PolicyStateInterface const>(policyState);
+   // The record type is final: comparing types checks the downcast without the run-time library's
+   // walk of the class hierarchy, and no reference is taken.
+   auto const* policyStateInterface =
+       policyState && typeid(*policyState) == typeid(PolicyStateInterface)
+           ? static_cast<PolicyStateInterface const*>(policyState.get())
+           : nullptr;
    KEL_ASSERT(policyStateInterface);
    // The filters name the one direction the command shows; without either it shows both.
    CountDirections const directions{!policyStateInterface->filterOutputPolicies(),
                                     !policyStateInterface->filterInputPolicies(), true};
    if (action->counterName().empty()) {
-      renderRuleCount(*renderer, policyState, policyState->ruleName(ruleIndex), directions, indent);
+      renderRuleCount(*renderer, *policyState,
+                      directions.input ? inputRuleCounter(*policyState, ruleIndex,
+                                                          policyState->ruleName(ruleIndex))
+                                       : nullptr,
+                      directions, indent);
    } else {
       renderNamedCount(*renderer, policyState, action->counterName(), directions, indent);
    }

@@ -113,14 +113,14 @@ void renderIcmpTypes(vellum::RendererV2& renderer, ProtoField const& protoField,
             writeHeading(renderer, indent, "ICMP type");
             writeRangeText(renderer, type, "ICMP type", option);
             renderer.eol();
-            writeRangeObject(renderer, cliJsonName("ICMP type"), type);
+            writeRangeObject(renderer, Criterion("ICMP type").jsonKey(), type);
             if (typeAndCode.icmpCode()) {
                renderNumericalRange(renderer, "ICMP code", typeAndCode.icmpCode(), indent, option);
             } else {
                writeHeading(renderer, indent, "ICMP code");
                renderer.writeString("all");
                renderer.eol();
-               renderer.list(cliJsonName("ICMP code"), [] {});
+               renderer.list(Criterion("ICMP code").jsonKey(), [] {});
             }
          });
       }
@@ -155,15 +155,15 @@ bool hasSubCriteria(Kel::Ptr<ProtoField> const& protoField) {
 // The L4-port criteria of one direction: literal ports, then field sets (as objects, then names).
 void renderPortDirection(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                          Classification::RangeSet const& ports,
-                         Classification::NameSet const& fieldSets, std::string_view label,
+                         Classification::NameSet const& fieldSets, Criterion criterion,
                          std::string_view extFieldSetKey, std::string_view fieldSetNamesKey,
                          bool showFieldSetCounts, std::uint32_t indent,
                          ClassMapMatchOption option) {
    if (ports) {
-      renderNumericalRange(renderer, label, ports, indent, option);
+      renderNumericalRange(renderer, criterion, ports, indent, option);
    }
    if (fieldSets) {
-      renderFieldSetReferences(renderer, label, extFieldSetKey, indent, fieldSets,
+      renderFieldSetReferences(renderer, criterion.label(), extFieldSetKey, indent, fieldSets,
                                fieldSetState.l4PortFieldSet(), showFieldSetCounts);
       renderFieldSetNames(renderer, fieldSetNamesKey, fieldSets);
    }
@@ -191,15 +191,15 @@ void renderVlanTag(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
 }
 
 void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
-                    std::string_view label,
-                    Classification::StructuredFilter const& structuredFilter, std::uint32_t indent,
-                    std::uint32_t indentCountPerLevel, ClassMapMatchOption option,
-                    bool showFieldSetCounts) {
+                    Criterion criterion, Classification::StructuredFilter const& structuredFilter,
+                    std::uint32_t indent, std::uint32_t indentCountPerLevel,
+                    ClassMapMatchOption option, bool showFieldSetCounts) {
    // The map orders protocol ranges by low, then high end: the order they are shown in.
    auto const& protocols = structuredFilter.proto();
    bool const compact = std::ranges::none_of(
        protocols, [](auto const& entry) { return hasSubCriteria(entry.second); });
-   auto const jsonKey = cliJsonName(label);
+   auto const label = criterion.label();
+   auto const jsonKey = criterion.jsonKey();
    TP_TRACE(8) << label << " --> " << jsonKey;
    auto const subIndent = indent + indentCountPerLevel;
    bool const grouped = renderer.context().groupedJsonForm;
@@ -247,7 +247,7 @@ void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
 
 void renderTcpFlags(vellum::RendererV2& renderer, ProtoField const& protoField,
                     std::uint32_t indent) {
-   auto const jsonKey = cliJsonName("TCP flags");
+   constexpr auto jsonKey = Criterion("TCP flags").jsonKey();
    TP_TRACE(8) << "TCP flags --> " << jsonKey;
    // The older form has no groups: the flags of every group make up one list.
    bool const grouped = renderer.context().groupedJsonForm;

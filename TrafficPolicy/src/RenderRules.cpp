@@ -57,8 +57,8 @@ struct AddressCriteria {
    Classification::NameSet const& prefixSets;
    Classification::PrefixSet const& lpms;
    Classification::NameSet const& lpmPrefixSets;
-   std::string_view label;
-   std::string_view lpmLabel;
+   Criterion label;
+   Criterion lpmLabel;
    std::string_view extPrefixSetKey;
    // Empty where the names are not listed a second time (the inner header).
    std::string_view prefixSetNamesKey;
@@ -94,11 +94,11 @@ void renderAddresses(vellum::RendererV2& renderer, FieldSetState const& fieldSet
       renderPrefixSet(renderer, criteria.label, criteria.prefixes, indent);
    }
    if (criteria.prefixSets) {
-      renderPrefixFieldSet(renderer, fieldSetState, option, criteria.label,
+      renderPrefixFieldSet(renderer, fieldSetState, option, criteria.label.label(),
                            criteria.extPrefixSetKey, criteria.prefixSets, showFieldSetCounts,
                            indent, true);
       if (!criteria.prefixSetNamesKey.empty()) {
-         renderPrefixFieldSet(renderer, fieldSetState, option, criteria.label,
+         renderPrefixFieldSet(renderer, fieldSetState, option, criteria.label.label(),
                               criteria.prefixSetNamesKey, criteria.prefixSets, showFieldSetCounts,
                               indent, false);
       }
@@ -107,7 +107,7 @@ void renderAddresses(vellum::RendererV2& renderer, FieldSetState const& fieldSet
       renderPrefixSet(renderer, criteria.lpmLabel, criteria.lpms, indent);
    }
    if (criteria.lpmPrefixSets) {
-      renderPrefixFieldSet(renderer, fieldSetState, option, criteria.lpmLabel,
+      renderPrefixFieldSet(renderer, fieldSetState, option, criteria.lpmLabel.label(),
                            criteria.lpmPrefixSetKey, criteria.lpmPrefixSets, showFieldSetCounts,
                            indent, true);
    }
@@ -170,6 +170,13 @@ void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
                                         std::uint32_t indent) {
    KEL_ASSERT(policyState);
    auto const innerIndent = indent + policyState->indentCountPerLevel();
+   // The rules' actions and counters are found for all rules at once, not by name rule by rule;
+   // the lookups go when the rules are done, an interrupt included.
+   ruleLookups_.join(*policyState);
+   struct ForgetLookups {
+      RuleLookups& lookups;
+      ~ForgetLookups() { lookups.forget(); }
+   } const forgetLookups{ruleLookups_};
    for (auto const& [ruleIndex, match] : policyState->classMapConfig()) {
       auto const& ruleName = policyState->ruleName(ruleIndex);
       auto const optionWord = matchOptionWord(match->option());
@@ -243,10 +250,10 @@ void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
    renderer.endJsonDict();
 }
 
-void renderPrefixSet(vellum::RendererV2& renderer, std::string_view label,
+void renderPrefixSet(vellum::RendererV2& renderer, Criterion criterion,
                      Classification::PrefixSet const& prefixes, std::uint32_t indent) {
    // The set orders its prefixes as the address library does, so it is walked as it stands.
-   renderLabelledList(renderer, label, cliJsonName(label), indent, prefixes,
+   renderLabelledList(renderer, criterion.label(), criterion.jsonKey(), indent, prefixes,
                       [&renderer](Quoll::IpGenPrefix const& prefix) {
                          renderer.writeString(prefix);
                          renderer.eol();
@@ -267,13 +274,13 @@ void renderPrefixFieldSet(vellum::RendererV2& renderer, FieldSetState const& fie
    renderFieldSetReferences(renderer, label, jsonName, indent, names, defined, showFieldSetCounts);
 }
 
-void renderNumericalRange(vellum::RendererV2& renderer, std::string_view label,
+void renderNumericalRange(vellum::RendererV2& renderer, Criterion criterion,
                           Classification::RangeSet const& ranges, std::uint32_t indent,
                           ClassMapMatchOption option) {
    // The set orders ranges by their low, then their high end: the order they are shown in.
-   renderLabelledList(renderer, label, cliJsonName(label), indent, ranges,
+   renderLabelledList(renderer, criterion.label(), criterion.jsonKey(), indent, ranges,
                       [&](Classification::NumericalRange const& range) {
-                         writeRangeText(renderer, range, label, option);
+                         writeRangeText(renderer, range, criterion.label(), option);
                          renderer.eol();
                          writeRangeEntry(renderer, range);
                       });

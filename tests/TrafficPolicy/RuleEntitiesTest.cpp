@@ -7,6 +7,7 @@
 
 #include "PolicyMap/Actions.h"
 #include "TrafficPolicyCli/RuleEntities.h"
+#include "TrafficPolicyCli/RuleLookups.h"
 
 namespace {
 
@@ -134,6 +135,59 @@ TEST(RuleEntitiesTest, ManyRulesEachFindTheirOwn) {
       ASSERT_EQ(rules[position].counterName, expected) << "rule " << rule;
       ASSERT_EQ(rules[position].status != nullptr, rule % 3 != 0) << "rule " << rule;
    }
+}
+
+// Rendering meets each rule's actions and live counter by rule index, in whatever order the names
+// sort; a rule without actions or without a counter gets none of another rule's, and the lookups
+// answer only for their record and for the name it keeps at the index.
+TEST(RuleLookupsTest, EachRuleIndexMeetsItsOwnActionsAndCounter) {
+   Policy policy;
+   // Sequence order: rule-10, rule-2, rule-1, lone. "rule-2" has actions but no counter; "lone" has
+   // a counter but no actions, so nothing that reads it; "rule-3" is not a rule of the record.
+   for (auto const& [name, counter] : std::vector<std::pair<std::string, std::string>>{
+            {"rule-1", "a"}, {"rule-2", "b"}, {"rule-10", "c"}, {"rule-3", "d"}, {"lone", "-"}}) {
+      policy.add({name, true, true, true, counter});
+   }
+   auto const config = Kel::make<PolicyMap::PolicyMapConfig>("p");
+   config->currCfgIs(policy.config);
+   auto const record = TrafficPolicyCli::policyStateFactory("p");
+   record->policyMapConfigIs(config);
+   std::vector<std::string> const sequence{"rule-10", "rule-2", "rule-1", "lone"};
+   for (std::uint32_t index = 0; index < sequence.size(); ++index) {
+      record->classMapConfigIs(index, Kel::String(sequence[index]),
+                               Kel::make<PolicyMap::ClassMapMatch>(ClassMapMatchOption::ipv4));
+   }
+   for (auto const* name : {"rule-1", "rule-10", "rule-3", "lone"}) {
+      record->inputClassCountersIs(Kel::make<PolicyMap::PacketDataStatus>(name, 1));
+   }
+
+   TrafficPolicyCli::RuleLookups lookups;
+   lookups.join(*record);
+   struct Found {
+      bool actions;
+      bool counter;
+   };
+   std::vector<Found> const expected{{true, true}, {true, false}, {true, true}, {false, false}};
+   for (std::uint32_t index = 0; index < sequence.size(); ++index) {
+      SCOPED_TRACE(sequence[index]);
+      Kel::String const name(sequence[index]);
+      EXPECT_TRUE(lookups.answerFor(*record, index, name));
+      auto const* actions = lookups.actions(index);
+      ASSERT_EQ(actions != nullptr, expected[index].actions);
+      if (actions) {
+         EXPECT_EQ(actions->name(), name);
+      }
+      auto const* counter = lookups.inputCounter(index);
+      ASSERT_EQ(counter != nullptr, expected[index].counter);
+      if (counter) {
+         EXPECT_EQ(counter->name(), name);
+      }
+   }
+   EXPECT_EQ(lookups.actions(4), nullptr);
+   EXPECT_FALSE(lookups.answerFor(*record, 0, "rule-2"));
+   EXPECT_FALSE(lookups.answerFor(*TrafficPolicyCli::policyStateFactory("p"), 0, "rule-10"));
+   lookups.forget();
+   EXPECT_FALSE(lookups.answerFor(*record, 0, "rule-10"));
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ class CliMap {
       }
       return nullptr;
    }
-   std::array<CliMapRow, kRows> const& rows() const noexcept { return rows_; }
+   constexpr std::array<CliMapRow, kRows> const& rows() const noexcept { return rows_; }
 
  private:
    std::array<CliMapRow, kRows> rows_;
@@ -60,8 +60,56 @@ class CliMap {
    std::array<std::uint8_t, kMaxLabelLength + 2> firstOfLength_{};
 };
 
-// Constant-initialised, so it is complete before any code of the library runs.
-extern CliMap const cliMap;
+// A constant, so that the renderers' labels find their keys when the library is compiled.
+inline constexpr CliMap cliMap({{
+    {"Source prefix", "srcPrefixes"},
+    {"Source prefix (longest prefix match)", "srcLpmPrefixes"},
+    {"Source prefix field-set", "srcPrefixSets"},
+    {"Destination prefix", "destPrefixes"},
+    {"Destination prefix (longest prefix match)", "destLpmPrefixes"},
+    {"Destination prefix field-set", "destPrefixSets"},
+    {"Protocol", "protocols"},
+    {"Destination port", "destPorts"},
+    {"Destination port field-set", "destL4PortFieldSets"},
+    {"Source port", "srcPorts"},
+    {"Source port field-set", "srcL4PortFieldSets"},
+    {"ICMP type", "icmpTypes"},
+    {"ICMP code", "icmpCodes"},
+    {"IP length", "ipLengths"},
+    {"Fragment: offset", "fragmentOffsets"},
+    {"DSCP", "dscps"},
+    {"TTL", "ttls"},
+    {"TCP flags", "tcpFlags"},
+    {"Set DSCP", "setDscp"},
+    {"Set Traffic Class", "setTc"},
+    {"802.1Q VLAN", "dot1qVlans"},
+}});
+
+// A criterion's text label with its JSON key, settled at compile time: the renderers take it
+// from a literal label, and a label missing from the table does not compile.
+class Criterion {
+ public:
+   // Not explicit: a criterion is written as the label it stands for.
+   consteval Criterion(char const* label) : label_(label), jsonKey_(keyOf(label_)) {}
+
+   constexpr std::string_view label() const noexcept { return label_; }
+   constexpr std::string_view jsonKey() const noexcept { return jsonKey_; }
+
+ private:
+   // Walks the rows rather than asking the indexed lookup, whose null answer is a pointer that
+   // sanitizer builds cannot compare in a constant expression.
+   static consteval std::string_view keyOf(std::string_view label) {
+      for (auto const& row : cliMap.rows()) {
+         if (row.label == label) {
+            return row.jsonName;
+         }
+      }
+      throw "a criterion's label is missing from cliMap";
+   }
+
+   std::string_view label_;
+   std::string_view jsonKey_;
+};
 
 // The JSON key of a label that the renderers use; a label missing from the table is a programming
 // error.

@@ -16,6 +16,10 @@ namespace TrafficPolicyCli {
 std::uint64_t getRulePacketCount(Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
                                  Kel::Ptr<TrafficPolicy::Counter const> const& counter,
                                  Kel::String const& policyName);
+// The same, for a record the caller has in hand without a reference of its own.
+std::uint64_t getRulePacketCount(PolicyMap::PacketDataStatus const& packetData,
+                                 Kel::Ptr<TrafficPolicy::Counter const> const& counter,
+                                 Kel::String const& policyName);
 std::uint64_t getNamedPacketCount(Kel::Ptr<TrafficPolicy::Counter const> const& counter,
                                   Kel::Ptr<PolicyMap::PacketDataStatus const> const& packetData,
                                   Kel::String const& policyName);

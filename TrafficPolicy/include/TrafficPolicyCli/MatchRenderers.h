@@ -12,6 +12,7 @@
 
 #include "Classification/StructuredFilter.h"
 #include "PolicyMap/PolicyMapConfig.h"
+#include "TrafficPolicyCli/CliMap.h"
 #include "TrafficPolicyCli/FieldSetState.h"
 #include "TrafficPolicyCli/PolicyState.h"
 #include "vellum/Renderer.h"
@@ -26,8 +27,8 @@ void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
                    PolicyState const& policyState, PolicyMap::ClassMapMatch const& match,
                    bool showFieldSetCounts, std::uint32_t indent);
 
-// Literal prefixes under a label of cliMap, in prefix order.
-void renderPrefixSet(vellum::RendererV2& renderer, std::string_view label,
+// Literal prefixes under their criterion's label and key, in prefix order.
+void renderPrefixSet(vellum::RendererV2& renderer, Criterion criterion,
                      Classification::PrefixSet const& prefixes, std::uint32_t indent);
 
 // Prefix field sets, looked up among the IPv6 sets for an ipv6 rule and the IPv4 sets otherwise.
@@ -38,9 +39,9 @@ void renderPrefixFieldSet(vellum::RendererV2& renderer, FieldSetState const& fie
                           std::string_view jsonName, Classification::NameSet const& names,
                           bool showFieldSetCounts, std::uint32_t indent, bool extended);
 
-// Numeric ranges under a label of cliMap, in ascending order; single DSCP and protocol values
-// print as names where they have one.
-void renderNumericalRange(vellum::RendererV2& renderer, std::string_view label,
+// Numeric ranges under their criterion's label and key, in ascending order; single DSCP and
+// protocol values print as names where they have one.
+void renderNumericalRange(vellum::RendererV2& renderer, Criterion criterion,
                           Classification::RangeSet const& ranges, std::uint32_t indent,
                           PolicyMap::ClassMapMatchOption option);
 
@@ -60,10 +61,9 @@ void renderVlanTag(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
 // stand in one column after the label; once one protocol has one, each gets a line of its own
 // with its criteria indented one level below it.
 void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
-                    std::string_view label,
-                    Classification::StructuredFilter const& structuredFilter, std::uint32_t indent,
-                    std::uint32_t indentCountPerLevel, PolicyMap::ClassMapMatchOption option,
-                    bool showFieldSetCounts);
+                    Criterion criterion, Classification::StructuredFilter const& structuredFilter,
+                    std::uint32_t indent, std::uint32_t indentCountPerLevel,
+                    PolicyMap::ClassMapMatchOption option, bool showFieldSetCounts);
 
 void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                    Classification::PortField const& portField, bool showFieldSetCounts,

@@ -12,6 +12,7 @@
 #include "TrafficPolicyCli/Factories.h"
 #include "TrafficPolicyCli/FieldSetState.h"
 #include "TrafficPolicyCli/PolicyState.h"
+#include "TrafficPolicyCli/RuleLookups.h"
 #include "TrafficPolicyCli/ShowCommand.h"
 
 namespace vellum {
@@ -151,7 +152,17 @@ class ShowTrafficPolicyBase : public ShowCommand {
    void cacheCountersThrough(Kel::Ptr<CounterReader const> const& reader,
                              Kel::String const& policyName, bool isInput);
 
+   // The rule's live input counter among the record's; null when there is none. The rules of the
+   // policy being rendered are answered from its lookups, any other by name.
+   PolicyMap::PacketDataStatus const* inputRuleCounter(PolicyState const& record,
+                                                       std::uint32_t ruleIndex,
+                                                       Kel::String const& ruleName) const;
+
  private:
+   // The rule's actions in the policy's configuration; null when it has none.
+   PolicyMap::ClassAction const* ruleActions(PolicyState const& record, std::uint32_t ruleIndex,
+                                             Kel::String const& ruleName) const;
+
    // Caches the rule's status at `ruleIndex` and checks its references when this direction's
    // status lists the rule as processed, leaving the match to show in `rule`; false when the rule
    // is not processed.
@@ -179,6 +190,8 @@ class ShowTrafficPolicyBase : public ShowCommand {
    mutable Kel::String lastPolicyName_;
    mutable Kel::Ptr<PolicyState> lastPolicyState_;
    Kel::Ptr<CounterReader const> inputCounterHelper_;
+   // Joined by renderRules for the policy whose rules it renders, and forgotten when it is done.
+   RuleLookups ruleLookups_;
 };
 
 }  // namespace TrafficPolicyCli

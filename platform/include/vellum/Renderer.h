@@ -262,6 +262,51 @@ class Renderer {
       }
    }
 
+   // An object of two numbers, such as the ends of a range: {"low":1,"high":2} under `key`, or as
+   // an element of the enclosing list when `key` is empty. Renderers write many of them, so the
+   // whole object goes into one piece of the buffer when no key needs escaping, as for literal
+   // keys the compiler settles.
+   template <UnsignedNumber T>
+   [[gnu::always_inline]] void numberPair(std::string_view key, std::string_view firstKey, T first,
+                                          std::string_view secondKey, T second) {
+      if (!isJson()) {
+         return;
+      }
+      constexpr std::size_t kDigits = 20;
+      constexpr std::size_t kFrame = 16;  // comma, braces, the keys' quotes and colons, a comma
+      std::size_t const size =
+          key.size() + firstKey.size() + secondKey.size() + 2 * kDigits + kFrame;
+      // Empty inner keys take the general path, where an empty key means a bare value.
+      if (size > VellumBuffer::kMaxReserve || firstKey.empty() || secondKey.empty() ||
+          detail::needsEscape(key) || detail::needsEscape(firstKey) ||
+          detail::needsEscape(secondKey)) {
+         numberPairEscaped(key, firstKey, first, secondKey, second);
+         return;
+      }
+      if (key.empty()) {
+         checkBareValue();
+      } else {
+         checkKey();
+      }
+      char* const start = buffer_.reserve(size);
+      char* out = start;
+      if (!first_) {
+         *out++ = ',';
+      }
+      if (!key.empty()) {
+         out = quotedKey(out, key);
+      }
+      *out++ = '{';
+      out = quotedKey(out, firstKey);
+      out = std::to_chars(out, out + kDigits, first).ptr;
+      *out++ = ',';
+      out = quotedKey(out, secondKey);
+      out = std::to_chars(out, out + kDigits, second).ptr;
+      *out++ = '}';
+      buffer_.commit(static_cast<std::size_t>(out - start));
+      first_ = false;
+   }
+
    // A quoted, escaped string.
    void writeJsonValue(std::string_view text) {
       if (isJson()) {
@@ -316,6 +361,28 @@ class Renderer {
       *out++ = '"';
       *out++ = ':';
       buffer_.commit(static_cast<std::size_t>(out - start));
+   }
+   // `"key":` at `out`, for a key that needs no escaping; returns the end.
+   static char* quotedKey(char* out, std::string_view key) noexcept {
+      *out++ = '"';
+      std::memcpy(out, key.data(), key.size());
+      out += key.size();
+      *out++ = '"';
+      *out++ = ':';
+      return out;
+   }
+   template <UnsignedNumber T>
+   void numberPairEscaped(std::string_view key, std::string_view firstKey, T first,
+                          std::string_view secondKey, T second) {
+      auto const pairs = [&] {
+         _addJsonKeyValuePair(firstKey, first);
+         _addJsonKeyValuePair(secondKey, second);
+      };
+      if (key.empty()) {
+         listEntry(pairs);
+      } else {
+         object(key, pairs);
+      }
    }
    static char openBracket(Scope scope) noexcept {
       return scope == Scope::object ? '{' : '[';

@@ -69,10 +69,7 @@ static_assert(sizeof(StructuredFilter) <= 72);
 
 StructuredFilter::~StructuredFilter() = default;
 
-StructuredFilter::RareCriteria const& StructuredFilter::noRareCriteria() noexcept {
-   static RareCriteria const none;
-   return none;
-}
+StructuredFilter::RareCriteria const StructuredFilter::kNoRareCriteria;
 
 StructuredFilter::RareCriteria& StructuredFilter::rare() {
    if (!rare_) {

@@ -120,6 +120,19 @@ std::vector<Case> const kCases = {
      ":\"\"",
      R"({"k\"1":"v\\1"})"
      "\n"},
+    {"number pairs, in one piece and with escaped keys",
+     [](RendererV2& r) {
+        r._startJsonList("ranges");
+        r.numberPair("", "low", 1u, "high", 2u);
+        r.numberPair("", "low", 0ul, "high", std::numeric_limits<unsigned long>::max());
+        r.endJsonList();
+        r.numberPair("range", "low", 5u, "high", 6u);
+        r.numberPair("q\"", "l\n", 7u, "h", 8u);
+     },
+     "",
+     R"({"ranges":[{"low":1,"high":2},{"low":0,"high":18446744073709551615}],)"
+     R"("range":{"low":5,"high":6},"q\"":{"l\n":7,"h":8}})"
+     "\n"},
 };
 
 TEST(RendererContract, EveryOperationInBothFormats) {
