@@ -27,6 +27,7 @@ namespace StateLoader {
 namespace {
 
 constexpr std::size_t kFirstBuffer = 1 << 16;
+constexpr std::size_t kMappedReleaseStep = 1 << 20;
 
 [[noreturn]] void failFile(std::string const& message) {
    throw StateError("", message);
@@ -119,7 +120,8 @@ FileBytes::FileBytes(FileBytes&& other) noexcept
       capacity_(std::exchange(other.capacity_, 0)),
       status_(other.status_),
       mappedFd_(std::exchange(other.mappedFd_, -1)),
-      range_(std::move(other.range_)) {}
+      range_(std::move(other.range_)),
+      mappedReleasedTo_(other.mappedReleasedTo_.load(std::memory_order_relaxed)) {}
 
 // The range stops being watched only once its pages are gone.
 FileBytes::~FileBytes() {
@@ -132,6 +134,32 @@ FileBytes::~FileBytes() {
 }
 
 void FileBytes::release(std::size_t begin, std::size_t end) const noexcept {
+   if (mappedFd_ >= 0) {
+      releaseMappedBefore(end);
+   } else {
+      releaseWholePages(begin, end);
+   }
+}
+
+// A page of a mapped file that goes too early is only read from the system's cache again, so
+// those go a mebibyte at a time, a step behind the furthest end read. Each call makes every
+// processor running the process drop its cached address translations; at one call for each small
+// policy that was a tenth of the loader's time.
+void FileBytes::releaseMappedBefore(std::size_t end) const noexcept {
+   auto const upTo = end > kMappedReleaseStep
+                         ? (end - kMappedReleaseStep) / kMappedReleaseStep * kMappedReleaseStep
+                         : 0;
+   auto from = mappedReleasedTo_.load(std::memory_order_relaxed);
+   while (upTo > from) {
+      if (mappedReleasedTo_.compare_exchange_weak(from, upTo, std::memory_order_relaxed)) {
+         ::madvise(data_ + from, upTo - from, MADV_DONTNEED);
+         return;
+      }
+   }
+}
+
+// Pages of our own read as zeros once given back.
+void FileBytes::releaseWholePages(std::size_t begin, std::size_t end) const noexcept {
    auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
    auto const first = (begin + page - 1) / page * page;
    auto const last = end / page * page;

@@ -4,6 +4,7 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -28,8 +29,7 @@ class FileBytes {
 
    // A regular file, which can be read again once pages of its bytes have been let go.
    bool canBeReadAgain() const noexcept { return S_ISREG(status_.st_mode); }
-   // Gives the whole pages of text[begin, end) back to the system; they are not to be read
-   // again.
+   // Text[begin, end) has been read: its pages may go back to the system.
    void release(std::size_t begin, std::size_t end) const noexcept;
    // The same file, unchanged since these bytes were read.
    bool isSameFileAs(FileBytes const& other) const noexcept;
@@ -44,6 +44,8 @@ class FileBytes {
    void capacityIs(std::size_t capacity);
    // False where the file cannot be mapped; it is read instead.
    bool map(int fd, std::size_t padding);
+   void releaseMappedBefore(std::size_t end) const noexcept;
+   void releaseWholePages(std::size_t begin, std::size_t end) const noexcept;
 
    char* data_ = nullptr;
    std::size_t size_ = 0;
@@ -51,6 +53,7 @@ class FileBytes {
    struct stat status_ {};
    int mappedFd_ = -1;
    std::unique_ptr<MappedRange> range_;
+   mutable std::atomic<std::size_t> mappedReleasedTo_{0};
 };
 
 // Reads the whole file, leaving `padding` zeros after it (the room the JSON parser may read past
