@@ -148,10 +148,10 @@ void ShowTrafficPolicyInterface::renderCountAction(
     Kel::Ptr<PolicyMap::CountAction const> const& action, std::uint32_t indent) {
    // The record type is final: comparing types checks the downcast without the run-time library's
    // walk of the class hierarchy, and no reference is taken.
-   auto const* policyStateInterface =
-       policyState && typeid(*policyState) == typeid(PolicyStateInterface)
-           ? static_cast<PolicyStateInterface const*>(policyState.get())
-           : nullptr;
+   auto const* state = policyState.get();
+   auto const* policyStateInterface = state && typeid(*state) == typeid(PolicyStateInterface)
+                                          ? static_cast<PolicyStateInterface const*>(state)
+                                          : nullptr;
    KEL_ASSERT(policyStateInterface);
    // The filters name the one direction the command shows; without either it shows both.
    CountDirections const directions{!policyStateInterface->filterOutputPolicies(),
