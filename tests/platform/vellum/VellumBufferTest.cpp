@@ -26,21 +26,6 @@ std::string pattern(std::size_t size) {
    return text;
 }
 
-// Reads until end of file or until `limit` bytes, whichever comes first.
-std::string readFrom(int fd, std::size_t limit = std::string::npos) {
-   std::string text;
-   char chunk[4096];
-   while (text.size() < limit) {
-      auto const wanted = std::min(sizeof chunk, limit - text.size());
-      auto const got = ::read(fd, chunk, wanted);
-      if (got <= 0) {
-         break;
-      }
-      text.append(chunk, static_cast<std::size_t>(got));
-   }
-   return text;
-}
-
 struct Pipe {
    Pipe() { EXPECT_EQ(::pipe(ends), 0); }
    ~Pipe() {
@@ -99,7 +84,7 @@ TEST(VellumBufferEnd, ReaderGoneEndsWithSigIntAndKeepsWhatWasRead) {
    auto const output = pattern(4 * 1048576);
    std::string received;
    std::thread reader([&] {
-      received = readFrom(pipe.reader(), 100000);
+      received = testing_support::readAll(pipe.reader(), 100000);
       pipe.closeReader();
    });
    try {
