@@ -10,31 +10,21 @@
 #include <thread>
 
 #include "StateLoader/Loader.h"
-#include "support/CapturedOutput.h"
 #include "support/TempStateFiles.h"
 
 namespace {
 
-class LoadedState : public testing::Test {
- protected:
-   std::filesystem::path const& folder() const { return files_.folder(); }
-   // Writes the text as the state file and returns its path.
-   std::string written(std::string_view text) const { return files_.write("state.json", text); }
-
- private:
-   testing_support::TempStateFiles files_;
-};
-
 // A state may come through a pipe, whose size is not known up front: the loader reads until the
 // end, growing its buffer. The state is made larger than the first buffer.
-TEST_F(LoadedState, StateFromAPipeLoads) {
+TEST(LoadedState, StateFromAPipeLoads) {
+   testing_support::TempStateFiles const files;
    constexpr int kVrfs = 20000;
    std::string text = R"({"vrfs": {"names": [)";
    for (int vrf = 0; vrf < kVrfs; ++vrf) {
       text += (vrf ? ", \"vrf" : "\"vrf") + std::to_string(vrf) + "\"";
    }
    text += "]}}";
-   auto const pipe = (folder() / "state.pipe").string();
+   auto const pipe = (files.folder() / "state.pipe").string();
    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
    std::thread writer([&pipe, &text] {
       std::ofstream out(pipe, std::ios::binary);
@@ -48,13 +38,14 @@ TEST_F(LoadedState, StateFromAPipeLoads) {
 
 // A regular file is mapped, and the parser reads a little past its end: a file ending right at a
 // page boundary, or just short of one, has to be read into a buffer instead.
-TEST_F(LoadedState, FilesEndingAtAnyPlaceInAPageLoad) {
+TEST(LoadedState, FilesEndingAtAnyPlaceInAPageLoad) {
+   testing_support::TempStateFiles const files;
    std::string_view const state = R"({"vrfs": {"names": ["blue"]}})";
    auto const page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
    for (std::size_t const shortOfPage : {0, 1, 63, 64, 65, 200}) {
       auto const text =
           std::string(state) + std::string(2 * page - shortOfPage - state.size(), ' ');
-      auto const loaded = StateLoader::loadState(written(text));
+      auto const loaded = StateLoader::loadState(files.write("state.json", text));
       ASSERT_TRUE(loaded) << shortOfPage << ": " << loaded.reason();
       EXPECT_EQ(loaded->allVrfConfig->vrf().size(), 1u) << shortOfPage;
    }

@@ -19,27 +19,26 @@ struct OrderCase {
    std::vector<std::string> counters;  // in the named counters
 };
 
+// `"NAME": value` for each name, comma-separated.
+std::string members(std::vector<std::string> const& names, std::string const& value) {
+   std::string text;
+   for (auto const& name : names) {
+      text += (text.empty() ? "\"" : ", \"") + name + "\": " + value;
+   }
+   return text;
+}
+
 // The configured rules sort by name (rule-10, rule-100, rule-9a) in another order than by
 // sequence (rule-10, rule-9a, rule-100). Every name is longer than a text kept inline, so that
 // shared copies show as one address.
 std::string stateText(OrderCase const& row) {
-   std::string rules;
-   std::string ruleCounters;
-   for (auto const& rule : row.rules) {
-      rules += (rules.empty() ? "\"" : ", \"") + rule + "\": [\"ipv4\"]";
-      ruleCounters +=
-          (ruleCounters.empty() ? "\"" : ", \"") + rule + R"(": {"instanceId": 1, "packets": 2})";
-   }
-   std::string counters;
-   for (auto const& counter : row.counters) {
-      counters +=
-          (counters.empty() ? "\"" : ", \"") + counter + R"(": {"instanceId": 1, "packets": 2})";
-   }
+   std::string const counter = R"({"instanceId": 1, "packets": 2})";
    return R"({"trafficPolicies": {"policy-long": {"namedCounters": ["counter-a", "counter-b"],
    "rules": {"rule-10": {"sequence": 1}, "rule-9a": {"sequence": 2}, "rule-100": {"sequence": 3}}}},
    "status": {"interfaceInput": {"policies": {")" +
-          row.policy + R"(": {"rules": {)" + rules + R"(}, "ruleCounters": {)" + ruleCounters +
-          R"(}, "namedCounters": {)" + counters + "}}}}}}";
+          row.policy + R"(": {"rules": {)" + members(row.rules, R"(["ipv4"])") +
+          R"(}, "ruleCounters": {)" + members(row.rules, counter) + R"(}, "namedCounters": {)" +
+          members(row.counters, counter) + "}}}}}}";
 }
 
 // The key of the entry whose key is `name`: the copy that the collection holds.
@@ -108,36 +107,32 @@ TEST(SharedNames, StatusAndCountersCarryTheConfiguredNames) {
    }
 }
 
-// Each rule matches TCP (or UDP) on the destination ports given.
 // The statuses of a policy's rules are read by several threads, each taking runs of them; each
 // thread catches up with the configuration's order where its next run starts.
 TEST(SharedNames, RulesReadInRunsCarryTheConfiguredNames) {
-   constexpr int kRules = 3000;
+   std::vector<std::string> names;
    std::string rules;
-   std::string statuses;
-   std::string counters;
-   for (int index = 0; index < kRules; ++index) {
-      auto const name = "\"rule-long-" + std::to_string(index) + "\": ";
-      auto const separator = index ? ", " : "";
-      rules += separator + name + "{\"sequence\": " + std::to_string(index + 1) + "}";
-      statuses += separator + name + R"(["ipv4"])";
-      counters += separator + name + R"({"instanceId": 1, "packets": 2})";
+   for (int index = 0; index < 3000; ++index) {
+      names.push_back("rule-long-" + std::to_string(index));
+      rules += (index ? ", \"" : "\"") + names.back() + R"(": {"sequence": )" +
+               std::to_string(index + 1) + "}";
    }
    testing_support::TempStateFiles const files;
-   auto const loaded = StateLoader::loadState(
-       files.write("state.json", R"({"trafficPolicies": {"p": {"rules": {)" + rules +
-                                     R"(}}}, "status": {"cpu": {"policies": {"p": {"rules": {)" +
-                                     statuses + R"(}, "ruleCounters": {)" + counters + "}}}}}}"));
+   auto const loaded = StateLoader::loadState(files.write(
+       "state.json", R"({"trafficPolicies": {"p": {"rules": {)" + rules +
+                         R"(}}}, "status": {"cpu": {"policies": {"p": {"rules": {)" +
+                         members(names, R"(["ipv4"])") + R"(}, "ruleCounters": {)" +
+                         members(names, R"({"instanceId": 1, "packets": 2})") + "}}}}}}"));
    ASSERT_TRUE(loaded) << loaded.reason();
    auto const& configured = (*loaded->config->policyMapConfig().lookup("p"))->currCfg()->classMap();
    auto const& status = **loaded->cpu.status->policyMapStatus().lookup("p");
-   for (int index = 0; index < kRules; ++index) {
-      auto const name = "rule-long-" + std::to_string(index);
+   for (auto const& name : names) {
       expectShared(&configured, status.classMapStatus(), name, "rule status");
       expectShared(&configured, status.classCounter(), name, "rule counter");
    }
 }
 
+// Each rule matches TCP (or UDP) on the destination ports given.
 TEST(SharedProtocolCriteria, SameCriteriaOfConsecutiveRulesAreOneEntity) {
    struct Rule {
       char const* name;

@@ -30,11 +30,6 @@ struct Device {
    }
 };
 
-class CachingTest : public testing::Test {
- protected:
-   Device device_;
-};
-
 // The interface show object over the device's input direction only.
 class ShowOverDevice : public TrafficPolicyCli::ShowTrafficPolicyInterface {
  public:
@@ -63,15 +58,16 @@ class ChangingShowObject : public ShowOverDevice {
    std::function<void(Kel::String const&)> change_;
 };
 
-TEST_F(CachingTest, PolicyWalkSurvivesChangesUnderIt) {
+TEST(CachingTest, PolicyWalkSurvivesChangesUnderIt) {
+   Device device;
    for (char const* name : {"a", "c", "e", "g"}) {
-      device_.report(name);
+      device.report(name);
    }
-   auto show = Kel::make<ChangingShowObject>(device_, [this](Kel::String const& name) {
+   auto show = Kel::make<ChangingShowObject>(device, [&device](Kel::String const& name) {
       if (name == "c") {
-         device_.status->policyMapStatus().erase("e");
-         device_.report("d");
-         device_.report("b");
+         device.status->policyMapStatus().erase("e");
+         device.report("d");
+         device.report("b");
       }
    });
    show->cachePoliciesState();
@@ -120,13 +116,14 @@ class ShowObjectWithReader : public ShowOverDevice {
    Kel::Ptr<ChangingReader> reader;
 };
 
-TEST_F(CachingTest, NamedCounterWalkSurvivesChangesUnderIt) {
-   auto sub = device_.configure("p1");
+TEST(CachingTest, NamedCounterWalkSurvivesChangesUnderIt) {
+   Device device;
+   auto sub = device.configure("p1");
    for (char const* name : {"c1", "c2", "c3"}) {
       sub->namedCounter().insert(name);
    }
-   device_.report("p1");
-   auto show = Kel::make<ShowObjectWithReader>(device_);
+   device.report("p1");
+   auto show = Kel::make<ShowObjectWithReader>(device);
    show->cachePoliciesState();
    EXPECT_EQ(show->reader->asked, (std::vector<std::string>{"c1", "c2", "c4"}));
    auto const record = show->policyState("p1");

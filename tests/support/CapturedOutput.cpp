@@ -1,6 +1,9 @@
 #include "support/CapturedOutput.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
 
 namespace testing_support {
 
@@ -19,6 +22,19 @@ std::string render(vellum::OutputContext context,
       }
    }
    return file.contents();
+}
+
+std::string readAll(int fd, std::size_t limit) {
+   std::string text;
+   char chunk[65536];
+   while (text.size() < limit) {
+      auto const got = ::read(fd, chunk, std::min(sizeof chunk, limit - text.size()));
+      if (got <= 0) {
+         break;
+      }
+      text.append(chunk, static_cast<std::size_t>(got));
+   }
+   return text;
 }
 
 nlohmann::json parseJson(std::string const& document) {

@@ -1,5 +1,6 @@
 // Test support: run rendering code against a real file descriptor and get back the bytes it
-// wrote, and check JSON with a parser independent of the renderer.
+// wrote, read what reaches a pipe or a terminal, and check JSON with a parser independent of the
+// renderer.
 #pragma once
 
 #include <functional>
@@ -23,6 +24,10 @@ inline std::string render(vellum::OutputFormat_t format,
                           std::function<void(vellum::RendererV2&)> const& calls) {
    return render(vellum::outputContext(format), calls);
 }
+
+// What `fd` gives until its end, a failed read (a non-blocking one with nothing more to give) or
+// `limit` bytes, whichever comes first.
+std::string readAll(int fd, std::size_t limit = std::string::npos);
 
 // Parses with nlohmann::json; a parse error fails the calling test with the document in the
 // message.

@@ -1,7 +1,6 @@
 // The shell at a real terminal: tmux runs `tpcli shell`, the test types keys and reads the
 // screen. Each case is a state and steps of keys, each step waiting for a text on the screen.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -185,9 +184,6 @@ TEST(ShellHistoryTest, TheLastCommandIsRecalledAfterARestart) {
       first.send({"exit", "Enter"});
       ASSERT_EQ(first.waitForExit(), 0) << first.screen();
    }
-   struct stat status {};
-   ASSERT_EQ(::stat((home + "/.tpcli_history").c_str(), &status), 0);
-   EXPECT_EQ(status.st_mode & 0777, 0600u);
    Terminal second(shellOn(state), home);
    ASSERT_TRUE(second.waitFor("lab#"));
    second.send({"Up", "Up"});

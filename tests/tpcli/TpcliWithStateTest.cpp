@@ -12,6 +12,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "support/CapturedOutput.h"
 #include "support/TpcliProcess.h"
 #include "support/Words.h"
 
@@ -37,12 +38,7 @@ class Terminal {
    }
    std::string shown() const {
       fcntl(controller_, F_SETFL, O_NONBLOCK);
-      std::string text;
-      char chunk[4096];
-      for (ssize_t got; (got = read(controller_, chunk, sizeof chunk)) > 0;) {
-         text.append(chunk, static_cast<std::size_t>(got));
-      }
-      return text;
+      return testing_support::readAll(controller_);
    }
 
  private:
@@ -77,13 +73,9 @@ TEST(TpcliWithStateTest, AnInterruptStopsTheOutputWithOneHundredThirty) {
    auto const pid = startTpcli(wordsOf(kFake + "show traffic-policy interface"),
                                {{kLotsOfLines}, Output::given, ends[1]});
    close(ends[1]);
-   char chunk[65536];
-   ASSERT_GT(read(ends[0], chunk, sizeof chunk), 0);  // the output is under way
+   ASSERT_FALSE(testing_support::readAll(ends[0], 1).empty());  // the output is under way
    kill(pid, SIGINT);
-   std::string rest;
-   for (ssize_t got; (got = read(ends[0], chunk, sizeof chunk)) > 0;) {
-      rest.append(chunk, static_cast<std::size_t>(got));
-   }
+   auto const rest = testing_support::readAll(ends[0]);
    close(ends[0]);
    EXPECT_EQ(waitForExit(pid), 130);
    EXPECT_TRUE(rest.ends_with("exiting interrupted\n"));

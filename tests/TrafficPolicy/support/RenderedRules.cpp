@@ -1,15 +1,11 @@
 #include "RenderedRules.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 
 #include "StateLoader/Loader.h"
 #include "TrafficPolicyCli/ShowTrafficPolicyCpu.h"
 #include "support/CapturedOutput.h"
+#include "support/TempStateFiles.h"
 
 namespace rendering_test {
 
@@ -17,11 +13,8 @@ namespace {
 
 StateLoader::DeviceState load(std::string const& state) {
    testing_support::parseJson(state);
-   auto const path = std::filesystem::temp_directory_path() /
-                     ("rendered-rules-" + std::to_string(::getpid()) + ".json");
-   std::ofstream(path) << state;
-   auto loaded = StateLoader::loadState(path.string());
-   std::filesystem::remove(path);
+   testing_support::TempStateFiles const files;
+   auto loaded = StateLoader::loadState(files.write("state.json", state));
    if (!loaded) {
       throw std::runtime_error(loaded.reason());
    }

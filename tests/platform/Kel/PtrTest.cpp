@@ -12,7 +12,7 @@ struct Node : Kel::PtrInterface {
    int* destroyed;
 };
 
-TEST(Ptr, TheLastReferenceDeletes) {
+TEST(Ptr, CountsEveryReferenceAndTheLastOneDeletes) {
    int destroyed = 0;
    {
       Kel::Ptr<Node> first = Kel::make<Node>(&destroyed);
@@ -27,23 +27,18 @@ TEST(Ptr, TheLastReferenceDeletes) {
       Kel::Ptr<Node> moved = std::move(first);
       EXPECT_FALSE(first);
       EXPECT_EQ(moved->refCount(), 1u);
-      EXPECT_EQ(destroyed, 0);
+      moved = Kel::make<Node>(&destroyed);
+      EXPECT_EQ(destroyed, 1);
+      auto& same = moved;
+      moved = same;  // self-assignment keeps the entity
+      Kel::Ptr<Node> again(moved.get());
+      moved = nullptr;
+      EXPECT_EQ(destroyed, 1);
+      again.reset();
+      EXPECT_EQ(destroyed, 2);
+      Kel::Ptr<Node> last = Kel::make<Node>(&destroyed);
    }
-   EXPECT_EQ(destroyed, 1);
-}
-
-TEST(Ptr, AssignmentAndRawPointersKeepTheCount) {
-   int destroyed = 0;
-   Kel::Ptr<Node> ptr = Kel::make<Node>(&destroyed);
-   ptr = Kel::make<Node>(&destroyed);
-   EXPECT_EQ(destroyed, 1);
-   auto& same = ptr;
-   ptr = same;  // self-assignment keeps the entity
-   Kel::Ptr<Node> again(ptr.get());
-   ptr = nullptr;
-   EXPECT_EQ(destroyed, 1);
-   again.reset();
-   EXPECT_EQ(destroyed, 2);
+   EXPECT_EQ(destroyed, 3);
 }
 
 #ifndef NDEBUG

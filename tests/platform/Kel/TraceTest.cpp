@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Kel/Trace.h"
+#include "support/CapturedTrace.h"
 
 namespace {
 
@@ -17,25 +18,9 @@ std::ostream& operator<<(std::ostream& out, Expensive const& value) {
    return out << "expensive";
 }
 
-class TraceTest : public testing::Test {
- protected:
-   void SetUp() override {
-      previous_ = Kel::traceSinkIs([this](Kel::TraceFacility const& facility, int level,
-                                          std::string_view line) {
-         lines_.push_back(facility.name() + "/" + std::to_string(level) + " " + std::string(line));
-      });
-   }
-   void TearDown() override { Kel::traceSinkIs(previous_); }
-
-   std::vector<std::string> lines_;
-
- private:
-   Kel::TraceSink previous_;
-};
-
-TEST_F(TraceTest, DisabledLevelsBuildNothing) {
+TEST(TraceTest, DisabledLevelsBuildNothing) {
    Kel::TraceFacility facility("TraceTest.disabled");
-   facility.levelIs(4);
+   testing_support::CapturedTrace const trace(facility, 4);
    int formatted = 0;
    KEL_TRACE(facility, 5) << Expensive{&formatted};
    KEL_TRACE(facility, 9) << Expensive{&formatted};
@@ -43,11 +28,10 @@ TEST_F(TraceTest, DisabledLevelsBuildNothing) {
    KEL_TRACE(facility, 4) << "ruleCount " << 3 << ", " << Expensive{&formatted};
    KEL_TRACE(facility, 0) << "always";
    EXPECT_EQ(formatted, 1);
-   EXPECT_EQ(lines_, (std::vector<std::string>{"TraceTest.disabled/4 ruleCount 3, expensive",
-                                               "TraceTest.disabled/0 always"}));
+   EXPECT_EQ(trace.lines(), (std::vector<std::string>{"4 ruleCount 3, expensive", "0 always"}));
 }
 
-TEST_F(TraceTest, OffByDefaultAndSwitchedByName) {
+TEST(TraceTest, OffByDefaultAndSwitchedByName) {
    Kel::TraceFacility facility("TraceTest.named");
    EXPECT_FALSE(facility.enabled(0));
    EXPECT_TRUE(Kel::traceLevelIs("TraceTest.named", 8));
@@ -58,7 +42,7 @@ TEST_F(TraceTest, OffByDefaultAndSwitchedByName) {
    EXPECT_FALSE(facility.enabled(0));
 }
 
-TEST_F(TraceTest, SpecificationsApplyToPresentAndLaterFacilities) {
+TEST(TraceTest, SpecificationsApplyToPresentAndLaterFacilities) {
    Kel::TraceFacility early("TraceTest.early");
    ASSERT_TRUE(Kel::traceSpecIs("TraceTest.early=3,TraceTest.late=7"));
    Kel::TraceFacility late("TraceTest.late");
@@ -73,7 +57,7 @@ TEST_F(TraceTest, SpecificationsApplyToPresentAndLaterFacilities) {
    EXPECT_EQ(after.level(), Kel::kTraceLevelOff);
 }
 
-TEST_F(TraceTest, MalformedSpecificationsChangeNothing) {
+TEST(TraceTest, MalformedSpecificationsChangeNothing) {
    Kel::TraceFacility facility("TraceTest.malformed");
    facility.levelIs(1);
    for (char const* spec : {"x", "10", "a=", "=3", "a=3,", "a=3,b", "-2", "3 "}) {

@@ -37,9 +37,7 @@ TEST(IpAddrParse, EveryOctetValueReadsBackInEveryPlace) {
 constexpr std::string_view kAscending[] = {"",   "0.0.0.0",        "10.0.0.1",   "255.255.255.255",
                                            "::", "::ffff:0.0.0.0", "2001:db8::", "ffff::"};
 
-IpAddr addressOf(std::string_view text) {
-   return text.empty() ? IpAddr() : *IpAddr::parse(text);
-}
+constexpr auto addressOf = valueOf<IpAddr>;
 
 TEST(IpAddrOrder, SortsByFamilyThenBytes) {
    for (std::size_t i = 0; i < std::size(kAscending); ++i) {

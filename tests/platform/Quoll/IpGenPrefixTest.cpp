@@ -16,13 +16,8 @@
 namespace Quoll {
 namespace {
 
-IpGenPrefix prefixOf(std::string_view text) {
-   return text.empty() ? IpGenPrefix() : *IpGenPrefix::parse(text);
-}
-
-IpAddr addressOf(std::string_view text) {
-   return text.empty() ? IpAddr() : *IpAddr::parse(text);
-}
+constexpr auto prefixOf = valueOf<IpGenPrefix>;
+constexpr auto addressOf = valueOf<IpAddr>;
 
 TEST(IpGenPrefixParse, TextCasesOfTheDataFile) {
    expectTextCases<IpGenPrefix>("prefixes.txt");

@@ -1,5 +1,6 @@
 // Runs the address or prefix cases of a data file (see data/*.txt): accepted text gives its
-// canonical text, which reads back as the same value; refused text names its fault.
+// canonical text, which reads back as the same value; refused text names its fault. And reads the
+// well-formed texts of tables into values.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,6 +10,12 @@
 #include "support/DataCases.h"
 
 namespace Quoll {
+
+// The value of well-formed `text`; the null value for an empty one.
+template <typename Value>
+Value valueOf(std::string_view text) {
+   return text.empty() ? Value() : *Value::parse(text);
+}
 
 template <typename Value>
 void expectTextCases(char const* file) {

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "support/CapturedOutput.h"
 #include "vellum/SigIntException.h"
@@ -26,37 +27,14 @@ std::string pattern(std::size_t size) {
    return text;
 }
 
-// Reads until end of file or until `limit` bytes, whichever comes first.
-std::string readFrom(int fd, std::size_t limit = std::string::npos) {
-   std::string text;
-   char chunk[4096];
-   while (text.size() < limit) {
-      auto const wanted = std::min(sizeof chunk, limit - text.size());
-      auto const got = ::read(fd, chunk, wanted);
-      if (got <= 0) {
-         break;
-      }
-      text.append(chunk, static_cast<std::size_t>(got));
-   }
-   return text;
-}
-
 struct Pipe {
    Pipe() { EXPECT_EQ(::pipe(ends), 0); }
    ~Pipe() {
-      closeReader();
-      closeWriter();
-   }
-   void closeReader() { closeEnd(ends[0]); }
-   void closeWriter() { closeEnd(ends[1]); }
-   static void closeEnd(int& fd) {
-      if (fd >= 0) {
+      for (int const fd : ends) {
          ::close(fd);
-         fd = -1;
       }
    }
-   int reader() const { return ends[0]; }
-   int writer() const { return ends[1]; }
+   void closeReader() { ::close(std::exchange(ends[0], -1)); }
    int ends[2] = {-1, -1};
 };
 
@@ -99,11 +77,11 @@ TEST(VellumBufferEnd, ReaderGoneEndsWithSigIntAndKeepsWhatWasRead) {
    auto const output = pattern(4 * 1048576);
    std::string received;
    std::thread reader([&] {
-      received = readFrom(pipe.reader(), 100000);
+      received = testing_support::readAll(pipe.ends[0], 100000);
       pipe.closeReader();
    });
    try {
-      VellumBuffer buffer(pipe.writer(), 65536, 1);
+      VellumBuffer buffer(pipe.ends[1], 65536, 1);
       buffer.append(output);
       buffer.flush();
       ADD_FAILURE() << "the whole output was written to a pipe nobody read";
@@ -124,7 +102,7 @@ TEST(VellumBufferEnd, FinalFlushReportsAClosedReader) {
    pipe.closeReader();
    EXPECT_THROW(
        {
-          VellumBuffer buffer(pipe.writer(), 4096, 1);
+          VellumBuffer buffer(pipe.ends[1], 4096, 1);
           buffer.append("short output");
        },
        SigIntException);

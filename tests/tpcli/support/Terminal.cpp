@@ -12,6 +12,8 @@
 #include <string_view>
 #include <thread>
 
+#include "support/CapturedOutput.h"
+
 namespace tpcli_test {
 
 namespace {
@@ -42,11 +44,7 @@ std::string output(std::string const& command) {
    if (!pipe) {
       throw std::runtime_error("cannot run " + command);
    }
-   std::string text;
-   char buffer[4096];
-   for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) {
-      text.append(buffer, got);
-   }
+   auto text = testing_support::readAll(::fileno(pipe));
    ::pclose(pipe);
    return text;
 }
