@@ -1,6 +1,7 @@
 // Number names, name lists and the granularity line shared by the renderers.
 #include "TrafficPolicyCli/SharedFormatting.h"
 
+#include <array>
 #include <iterator>
 
 #include "Acl/AclNameMaps.h"
@@ -8,20 +9,52 @@
 
 namespace TrafficPolicyCli {
 
-Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
-                                   PolicyMap::ClassMapMatchOption matchOption) {
-   auto const names = Acl::AclNameMaps::instance();
+namespace {
+
+// The names of one map by number, for every number a protocol or DSCP field can hold. Made once
+// from the platform's map, which never changes and lives as long as the process, so that a rule's
+// value finds its name with one load and the name is handed out as a view of the map's string.
+class NumberNames {
+ public:
+   explicit NumberNames(Acl::AclNameMaps::NameMap const& map) {
+      for (auto const& [number, name] : map) {
+         KEL_ASSERT(number < names_.size());
+         names_[number] = name.view();
+      }
+   }
+
+   std::string_view operator[](std::uint32_t number) const noexcept {
+      return number < names_.size() ? names_[number] : std::string_view();
+   }
+
+ private:
+   // An IP protocol number is one byte, a DSCP value six bits.
+   std::array<std::string_view, 256> names_{};
+};
+
+Acl::AclNameMaps const& nameMaps() {
+   static Kel::Ptr<Acl::AclNameMaps const> const maps = Acl::AclNameMaps::instance();
+   return *maps;
+}
+
+}  // namespace
+
+std::string_view numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
+                                        PolicyMap::ClassMapMatchOption matchOption) {
+   static NumberNames const dscpNames(nameMaps().dscp());
+   static NumberNames const ipProtoNames(nameMaps().ipProto());
+   static NumberNames const ip6ProtoNames(nameMaps().ip6Proto());
    if (fieldName == "DSCP") {
-      return names->dscpName(value);
+      return dscpNames[value];
    }
    if (fieldName != "Protocol") {
       return {};
    }
    switch (matchOption) {
       case PolicyMap::ClassMapMatchOption::ipv4:
-         return names->ipProtoName(value);
+         return ipProtoNames[value];
       case PolicyMap::ClassMapMatchOption::ipv6:
-         return names->ip6ProtoName(value);
+         return ip6ProtoNames[value];
       case PolicyMap::ClassMapMatchOption::mac:
       case PolicyMap::ClassMapMatchOption::mpls:
          break;

@@ -33,9 +33,10 @@ inline std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t in
 }
 
 // The name of a single DSCP value ("DSCP") or protocol number ("Protocol", per match option), or
-// the empty string when the value has none or the field has no names.
-Kel::String numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
-                                   PolicyMap::ClassMapMatchOption matchOption);
+// the empty string when the value has none or the field has no names. The name lives as long as
+// the process.
+std::string_view numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
+                                        PolicyMap::ClassMapMatchOption matchOption);
 
 // How far the lists of interfaces and VRFs, and the installation errors below them, are indented.
 inline constexpr std::uint32_t kListIndent = 3;
