@@ -2,6 +2,7 @@
 // The checks that span several keys run once the whole object is read.
 #include "FilterReader.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -152,15 +153,23 @@ constexpr std::array kProtocolMembers = {
     Member<ProtocolTarget>{"tcpFlags", readTcpFlags},
 };
 
-// Rules read one after the other often match the same ports: a protocol's criteria that equal the
-// last ones this thread read are shared with them, as neither changes once read. That saves the
-// protocol's entity, its ports and their collections, about a hundred bytes a rule.
-Kel::Ptr<ProtoField> sharedWithLast(Kel::Ptr<ProtoField> proto) {
-   thread_local Kel::Ptr<ProtoField> last;
-   if (last && last->sameCriteria(*proto)) {
-      return last;
+// Rules read one after the other often match the same ports, and often the same protocols, some
+// with criteria that change from rule to rule (TCP to ports 1024, 1025, ...) and some with the same
+// every time (UDP to any port): a protocol's criteria that equal ones this thread read recently are
+// shared with them, as neither changes once read. The few kept are ordered by their last use, so
+// that criteria which change every rule push out only one another. That saves the protocol's
+// entity, its ports and their collections, about a hundred bytes a rule.
+Kel::Ptr<ProtoField> sharedWithRecent(Kel::Ptr<ProtoField> proto) {
+   thread_local std::array<Kel::Ptr<ProtoField>, 4> recent;
+   auto const found = std::find_if(recent.begin(), recent.end(), [&proto](auto const& kept) {
+      return kept && kept->sameCriteria(*proto);
+   });
+   if (found != recent.end()) {
+      std::rotate(recent.begin(), found, found + 1);
+      return recent.front();
    }
-   last = proto;
+   std::rotate(recent.begin(), recent.end() - 1, recent.end());
+   recent.front() = proto;
    return proto;
 }
 
@@ -169,7 +178,7 @@ void readProtocols(Node const& value, FilterTarget& target) {
       auto read = Kel::make<ProtoField>();
       ProtocolTarget protocol{*read, checkedRange(key, kProtocols, entry.where)};
       readMembers(entry, kProtocolMembers, protocol);
-      auto proto = sharedWithLast(std::move(read));
+      auto proto = sharedWithRecent(std::move(read));
       if (!insertedNew(target.filter.proto(), protocol.range, proto)) {
          fail(entry.where, "protocol " + quoted(key) + " is already listed");
       }
