@@ -141,8 +141,8 @@ TEST(SharedNames, RulesReadInRunsCarryTheConfiguredNames) {
 }
 
 // Each rule matches the protocols given; the pairs name a rule and one of its protocols each.
-// Rules that alternate between a protocol whose ports change and one without criteria still share
-// the latter.
+// Criteria are shared within a protocol only; rules that alternate between a protocol whose ports
+// change and one without criteria still share the latter.
 TEST(SharedProtocolCriteria, SameCriteriaOfRecentRulesAreOneEntity) {
    struct Rule {
       char const* name;
@@ -183,7 +183,7 @@ TEST(SharedProtocolCriteria, SameCriteriaOfRecentRulesAreOneEntity) {
       std::uint8_t secondProtocol;
       bool shared;
    } const pairs[] = {{"r1", "r2", 6, 6, true},   {"r2", "r3", 6, 6, false},
-                      {"r3", "r4", 6, 17, true},  {"r4", "r5", 17, 6, false},
+                      {"r3", "r4", 6, 17, false}, {"r4", "r5", 17, 6, false},
                       {"r6", "r7", 17, 17, true}, {"r7", "r8", 17, 17, true},
                       {"r6", "r7", 6, 6, false}};
    for (auto const& pair : pairs) {
