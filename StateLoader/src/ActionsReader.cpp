@@ -89,14 +89,17 @@ constexpr std::string_view kCounterName = "counter name";
 constexpr std::string_view kMatchKey = "match";
 constexpr std::string_view kRuleName = "rule name";
 
-void readSetDscp(Node const& value, ClassAction& actions) {
-   auto const dscp = static_cast<std::uint8_t>(asUnsigned(value, kLargestDscp));
-   add(actions, Kel::make<PolicyMap::SetDscpAction>(dscp));
-}
-
-void readSetTc(Node const& value, ClassAction& actions) {
-   auto const trafficClass = static_cast<std::uint8_t>(asUnsigned(value, kLargestTrafficClass));
-   add(actions, Kel::make<TrafficPolicy::SetTcAction>(trafficClass));
+// An action that carries one small number is shared like those, one per value, made when a
+// thread first reads that value: rules that mark the same DSCP or traffic class are common.
+template <typename ActionClass, std::uint64_t largest>
+void readSmallValueAction(Node const& value, ClassAction& actions) {
+   thread_local std::array<Kel::Ptr<PolicyMap::Action const>, largest + 1> byValue;
+   auto const number = asUnsigned(value, largest);
+   auto& shared = byValue[number];
+   if (!shared) {
+      shared = Kel::make<ActionClass>(static_cast<std::uint8_t>(number));
+   }
+   add(actions, shared);
 }
 
 void readNexthopGroups(Node const& value, ClassAction& actions) {
@@ -140,8 +143,9 @@ constexpr std::array kActionMembers = {
     Member<ClassAction>{"police", readPolice},
     Member<ClassAction>{"count",
                         readNamedTarget<PolicyMap::CountAction, kCounterKey, kCounterName>},
-    Member<ClassAction>{"setDscp", readSetDscp},
-    Member<ClassAction>{"setTc", readSetTc},
+    Member<ClassAction>{"setDscp", readSmallValueAction<PolicyMap::SetDscpAction, kLargestDscp>},
+    Member<ClassAction>{"setTc",
+                        readSmallValueAction<TrafficPolicy::SetTcAction, kLargestTrafficClass>},
     Member<ClassAction>{"log", readPlainAction<ActionType::log>},
     Member<ClassAction>{"goto", readNamedTarget<PolicyMap::GotoAction, kMatchKey, kRuleName>},
     Member<ClassAction>{"redirectNexthopGroups", readNexthopGroups},

@@ -2,7 +2,9 @@
 // The checks that span several keys run once the whole object is read.
 #include "FilterReader.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string>
 
 #include "Choice.h"
@@ -152,24 +154,39 @@ constexpr std::array kProtocolMembers = {
     Member<ProtocolTarget>{"tcpFlags", readTcpFlags},
 };
 
-// Rules read one after the other often match the same ports: a protocol's criteria that equal the
-// last ones this thread read are shared with them, as neither changes once read. That saves the
-// protocol's entity, its ports and their collections, about a hundred bytes a rule.
-Kel::Ptr<ProtoField> sharedWithLast(Kel::Ptr<ProtoField> proto) {
-   thread_local Kel::Ptr<ProtoField> last;
-   if (last && last->sameCriteria(*proto)) {
-      return last;
+// Rules read one after the other often match the same ports, and often the same protocols, some
+// with criteria that change from rule to rule (TCP to ports 1024, 1025, ...) and some with the same
+// every time (UDP to any port): a protocol's criteria that equal the last ones this thread read for
+// that protocol are shared with them, as neither changes once read. The last criteria of a few
+// protocols are kept. That saves the protocol's entity, its ports and their collections, about a
+// hundred bytes a rule; criteria are read on the stack, so that a shared one costs no allocation.
+Kel::Ptr<ProtoField> sharedWithRecent(Classification::ProtocolRange range, ProtoField&& read) {
+   struct Kept {
+      Classification::ProtocolRange range;
+      Kel::Ptr<ProtoField> proto;
+   };
+   thread_local std::array<Kept, 4> recent;
+   thread_local std::size_t oldest = 0;
+   auto kept = std::find_if(recent.begin(), recent.end(), [&range](Kept const& entry) {
+      return entry.proto && entry.range == range;
+   });
+   if (kept != recent.end() && kept->proto->sameCriteria(read)) {
+      return kept->proto;
    }
-   last = proto;
-   return proto;
+   if (kept == recent.end()) {
+      kept = recent.begin() + oldest;
+      oldest = (oldest + 1) % recent.size();
+   }
+   *kept = {range, Kel::make<ProtoField>(std::move(read))};
+   return kept->proto;
 }
 
 void readProtocols(Node const& value, FilterTarget& target) {
    forEachMember(value, [&target](std::string_view key, Node const& entry) {
-      auto read = Kel::make<ProtoField>();
-      ProtocolTarget protocol{*read, checkedRange(key, kProtocols, entry.where)};
+      ProtoField read;
+      ProtocolTarget protocol{read, checkedRange(key, kProtocols, entry.where)};
       readMembers(entry, kProtocolMembers, protocol);
-      auto proto = sharedWithLast(std::move(read));
+      auto proto = sharedWithRecent(protocol.range, std::move(read));
       if (!insertedNew(target.filter.proto(), protocol.range, proto)) {
          fail(entry.where, "protocol " + quoted(key) + " is already listed");
       }

@@ -1,9 +1,11 @@
 // A rule's or a counter's name is stored once: the status and the counters of a policy carry the
 // configuration's copy of each name, whatever order they list the names in. Names that the
-// configuration lacks load as their own text. Rules read one after the other share a protocol's
-// criteria when they are the same, and only then.
+// configuration lacks load as their own text. Rules read shortly after one another share a
+// protocol's criteria when they are the same, and only then, and an action that carries one small
+// value when the value is the same.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -132,51 +134,75 @@ TEST(SharedNames, RulesReadInRunsCarryTheConfiguredNames) {
    }
 }
 
-// Each rule matches TCP (or UDP) on the destination ports given.
-TEST(SharedProtocolCriteria, SameCriteriaOfConsecutiveRulesAreOneEntity) {
+// Each rule matches the protocols given; the pairs name a rule and one of its protocols each.
+// Criteria are shared within a protocol only; rules that alternate between a protocol whose ports
+// change and one without criteria still share the latter.
+TEST(SharedProtocolCriteria, SameCriteriaOfRecentRulesAreOneEntity) {
    struct Rule {
       char const* name;
-      char const* protocol;
-      char const* ports;
-      std::size_t portCount;
+      char const* protocols;
    };
-   Rule const rules[] = {{"r1", "6", R"(["80"])", 1},
-                         {"r2", "6", R"(["80"])", 1},
-                         {"r3", "6", R"(["443"])", 1},
-                         {"r4", "17", R"(["443"])", 1},
-                         {"r5", "6", R"(["443", "80"])", 2}};
+   Rule const rules[] = {
+       {"r1", R"({"6": {"ports": [{"destinations": ["80"]}]}})"},
+       {"r2", R"({"6": {"ports": [{"destinations": ["80"]}]}})"},
+       {"r3", R"({"6": {"ports": [{"destinations": ["443"]}]}})"},
+       {"r4", R"({"17": {"ports": [{"destinations": ["443"]}]}})"},
+       {"r5", R"({"6": {"ports": [{"destinations": ["443", "80"]}]}})"},
+       {"r6", R"({"6": {"ports": [{"destinations": ["1"]}]}, "17": {}})"},
+       {"r7", R"({"6": {"ports": [{"destinations": ["2"]}]}, "17": {}})"},
+       {"r8", R"({"6": {"ports": [{"destinations": ["3"]}]}, "17": {}})"},
+   };
    std::string text = R"({"trafficPolicies": {"p": {"rules": {)";
    int sequence = 0;
    for (auto const& rule : rules) {
       ++sequence;
       text += std::string(sequence > 1 ? ", \"" : "\"") + rule.name + R"(": {"sequence": )" +
-              std::to_string(sequence) + R"(, "match": {"ipv4": {"protocols": {")" + rule.protocol +
-              R"(": {"ports": [{"destinations": )" + rule.ports + "}]}}}}}";
+              std::to_string(sequence) + R"(, "match": {"ipv4": {"protocols": )" + rule.protocols +
+              "}}}";
    }
    text += "}}}}";
    testing_support::TempStateFiles const files;
    auto const loaded = StateLoader::loadState(files.write("state.json", text));
    ASSERT_TRUE(loaded) << loaded.reason();
    auto const& policy = *(*loaded->config->policyMapConfig().lookup("p"))->currCfg();
-   auto const protoOf = [&policy](Rule const& rule) {
-      auto const& match = **(*policy.classMap().lookup(rule.name))
-                                ->match()
-                                .lookup(PolicyMap::ClassMapMatchOption::ipv4);
-      auto const& protocols = match.structuredFilter()->proto();
-      return protocols.begin()->second;
+   auto const protoOf = [&policy](char const* rule, std::uint8_t protocol) {
+      auto const& match =
+          **(*policy.classMap().lookup(rule))->match().lookup(PolicyMap::ClassMapMatchOption::ipv4);
+      return *match.structuredFilter()->proto().lookup({protocol, protocol});
    };
    struct Pair {
-      std::size_t first;
-      std::size_t second;
+      char const* first;
+      char const* second;
+      std::uint8_t protocol;
+      std::uint8_t secondProtocol;
       bool shared;
-   } const pairs[] = {{0, 1, true}, {1, 2, false}, {2, 3, true}, {3, 4, false}};
+   } const pairs[] = {{"r1", "r2", 6, 6, true},   {"r2", "r3", 6, 6, false},
+                      {"r3", "r4", 6, 17, false}, {"r4", "r5", 17, 6, false},
+                      {"r6", "r7", 17, 17, true}, {"r7", "r8", 17, 17, true},
+                      {"r6", "r7", 6, 6, false}};
    for (auto const& pair : pairs) {
-      auto const first = protoOf(rules[pair.first]);
-      auto const second = protoOf(rules[pair.second]);
-      EXPECT_EQ(first == second, pair.shared)
-          << rules[pair.first].name << " and " << rules[pair.second].name;
-      EXPECT_EQ(second->port().front().dport().size(), rules[pair.second].portCount)
-          << rules[pair.second].name;
+      auto const first = protoOf(pair.first, pair.protocol);
+      auto const second = protoOf(pair.second, pair.secondProtocol);
+      EXPECT_EQ(first == second, pair.shared) << pair.first << "/" << int(pair.protocol) << " and "
+                                              << pair.second << "/" << int(pair.secondProtocol);
+   }
+}
+
+// Actions that carry one small value are one entity per value.
+TEST(SharedActions, SameValueIsOneEntity) {
+   testing_support::TempStateFiles const files;
+   auto const loaded = StateLoader::loadState(files.write("state.json", R"({"trafficPolicies":
+   {"p": {"rules": {"r1": {"sequence": 1, "actions": {"setDscp": 10, "setTc": 3}},
+                    "r2": {"sequence": 2, "actions": {"setDscp": 10, "setTc": 3}},
+                    "r3": {"sequence": 3, "actions": {"setDscp": 11, "setTc": 4}}}}}})"));
+   ASSERT_TRUE(loaded) << loaded.reason();
+   auto const& policy = *(*loaded->config->policyMapConfig().lookup("p"))->currCfg();
+   auto const actionOf = [&policy](char const* rule, PolicyMap::ActionType type) {
+      return *(*policy.classAction().lookup(rule))->policyAction().lookup(type);
+   };
+   for (auto const type : {PolicyMap::ActionType::setDscp, PolicyMap::ActionType::setTc}) {
+      EXPECT_EQ(actionOf("r1", type), actionOf("r2", type));
+      EXPECT_NE(actionOf("r2", type), actionOf("r3", type));
    }
 }
 
