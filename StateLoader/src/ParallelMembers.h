@@ -7,6 +7,7 @@
 // thread would give.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <barrier>
@@ -31,9 +32,12 @@ namespace detail {
 // Below this many members a second thread costs more than it saves.
 inline constexpr std::size_t kMembersPerThread = 64;
 inline constexpr unsigned kMaxThreads = 8;
-// Members are read and entered this many at a time, so that the results waiting to be entered do
-// not grow with the object.
+// Members are read and entered at most this many at a time, so that the results waiting to be
+// entered do not grow with the object.
 inline constexpr std::size_t kWindow = 4096;
+// The first window is small, for the threads to start on it as soon as its text has come in from
+// the disk; each later one is twice as large as the one before, up to kWindow.
+inline constexpr std::size_t kFirstWindow = 4 * kMembersPerThread;
 
 unsigned readingThreads(std::size_t members, std::size_t runs);
 
@@ -142,7 +146,8 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
       return;
    }
    MemberList members(object);
-   if (!members.findWindow(detail::kWindow)) {
+   std::size_t window = detail::kFirstWindow;
+   if (!members.findWindow(window)) {
       return;
    }
    members.nextWindow();
@@ -156,7 +161,11 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
                             [&](unsigned thread) { reading->readRuns(members, readers[thread]); });
    reading->reset(members);
    crew.startWindow();
-   bool more = members.findWindow(detail::kWindow);
+   auto const nextWindow = [&] {
+      window = std::min(2 * window, detail::kWindow);
+      return members.findWindow(window);
+   };
+   bool more = nextWindow();
    crew.finishWindow();
    for (;;) {
       auto& entering = *reading;
@@ -167,7 +176,7 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
          reading = &windows[reading == &windows[0] ? 1 : 0];
          reading->reset(members);
          crew.startWindow();
-         more = members.findWindow(detail::kWindow);
+         more = nextWindow();
       }
       detail::enterWindow(object, keys, entering, enter);
       if (last) {

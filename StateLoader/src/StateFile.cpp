@@ -189,10 +189,12 @@ bool FileBytes::map(int fd, std::size_t padding) {
    auto const mapped = (size_ + page - 1) / page * page;
    capacityIs(mapped + (padding + page - 1) / page * page);
    range_ = std::make_unique<MappedRange>(data_, mapped);
-   if (!range_->watched() || ::mmap(data_, mapped, PROT_READ,
-                                    MAP_PRIVATE | MAP_FIXED | MAP_POPULATE, fd, 0) == MAP_FAILED) {
+   if (!range_->watched() ||
+       ::mmap(data_, mapped, PROT_READ, MAP_PRIVATE | MAP_FIXED, fd, 0) == MAP_FAILED) {
       return false;
    }
+   // Read ahead, not waited for: the loader reads the first sections while the rest comes in.
+   ::madvise(data_, mapped, MADV_WILLNEED);
    mappedFd_ = fd;
    return true;
 }

@@ -29,6 +29,9 @@ class FileBytes {
 
    // A regular file, which can be read again once pages of its bytes have been let go.
    bool canBeReadAgain() const noexcept { return S_ISREG(status_.st_mode); }
+   // A mapped file's pages that went back are read from the file again when they are touched;
+   // those of a copy come back as zeros.
+   bool isMapped() const noexcept { return mappedFd_ >= 0; }
    // Text[begin, end) has been read: its pages may go back to the system.
    void release(std::size_t begin, std::size_t end) const noexcept;
    // The same file, unchanged since these bytes were read.

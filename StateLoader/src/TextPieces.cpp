@@ -160,6 +160,10 @@ void StateText::release(std::size_t begin, std::size_t end) const noexcept {
    }
 }
 
+bool StateText::releasedTextComesBack() const noexcept {
+   return !bytes || bytes->isMapped();
+}
+
 bool TextValue::isLargeObject() const noexcept {
    return state->text[begin] == '{' && (end == kUnknown || end - begin > state->limits.largeObject);
 }

@@ -75,6 +75,8 @@ struct StateText {
 
    // Lets go of the whole pages of text[begin, end), once read and not to be read again.
    void release(std::size_t begin, std::size_t end) const noexcept;
+   // Whether text let go of can still be read, as it was.
+   bool releasedTextComesBack() const noexcept;
 };
 
 // A member as it stands in the text: where its key and its value start, and where its value ends.

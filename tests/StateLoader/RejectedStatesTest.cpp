@@ -184,7 +184,7 @@ TEST(RejectedStates, ManyRulesAreRefusedForTheirFirstProblem) {
         R"(/trafficPolicies/p/rules/r0: duplicate key "r0")"},
        {"repeated sequence before a fault", 6000, kNowhere, 4100,
         R"(/trafficPolicies/p/rules/r4100/sequence: sequence number 1 is already used by rule "r0")"},
-       {"fault at a window's end before a repeated name", 4095, 4096, kNowhere, badSequence(4095)},
+       {"fault at a window's end before a repeated name", 255, 256, kNowhere, badSequence(255)},
    };
    std::vector<RejectedCase> rows;
    for (OrderCase const& row : cases) {
@@ -251,7 +251,7 @@ TEST(RejectedStates, ManyRuleStatusesAreRefusedForTheirFirstProblem) {
        {"early fault before a late one", 10, kNowhere, "r10"},
        {"fault in the last window", 9000, kNowhere, "r9000"},
        {"repeated name in a later window before a fault", 6000, 5000, ""},
-       {"fault at a window's end before a repeated name", 4095, 4096, "r4095"},
+       {"fault at a window's end before a repeated name", 255, 256, "r255"},
    };
    std::vector<RejectedCase> rows;
    for (Section const& section : sections) {
