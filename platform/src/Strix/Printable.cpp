@@ -73,6 +73,18 @@ std::string describe(char32_t code, Hazard hazard) {
    return description;
 }
 
+// How many bytes a text starts with that are printable ASCII: names nearly always are whole, and
+// are passed over without decoding.
+std::size_t printableAsciiPrefix(std::string_view text, bool plainBlankAllowed) {
+   unsigned char const lowest = plainBlankAllowed ? 0x20 : 0x21;
+   std::size_t at = 0;
+   while (at < text.size() && static_cast<unsigned char>(text[at]) >= lowest &&
+          static_cast<unsigned char>(text[at]) < 0x7f) {
+      ++at;
+   }
+   return at;
+}
+
 }  // namespace
 
 std::string_view echoedPart(std::string_view text) noexcept {
@@ -125,8 +137,8 @@ std::string quoted(std::string_view text) {
 }
 
 std::optional<Unshowable> findUnshowable(std::string_view text, bool plainBlankAllowed) {
-   std::size_t position = 1;
-   for (std::size_t at = 0; at < text.size(); ++position) {
+   std::size_t at = printableAsciiPrefix(text, plainBlankAllowed);
+   for (std::size_t position = at + 1; at < text.size(); ++position) {
       auto const character = decodeUtf8(text, at);
       if (character.length == 0) {
          std::string description = "byte 0x";
