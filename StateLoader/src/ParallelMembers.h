@@ -154,8 +154,12 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
    std::array<detail::WindowReading<Result>, 2> windows;
    auto* reading = &windows[0];
    std::vector<std::string> keys;
-   // Each thread reads with a copy of `read` of its own, kept from window to window.
-   auto const threads = detail::readingThreads(members.size(), members.runs());
+   // Each thread reads with a copy of `read` of its own, kept from window to window. A first
+   // window that came full is not the last: its few runs do not say how many threads the later,
+   // larger windows keep busy.
+   auto const threads = members.size() == window
+                            ? detail::readingThreads(detail::kWindow, detail::kWindow)
+                            : detail::readingThreads(members.size(), members.runs());
    std::vector<Reader> readers(threads, read);
    detail::ReadingCrew crew(threads,
                             [&](unsigned thread) { reading->readRuns(members, readers[thread]); });
