@@ -88,7 +88,7 @@ class SectionReading {
       met_ |= bit(index);
       if (mayReadEarly_ && value.unparsed && !failed_ && (met_ & kNeeds[index]) == kNeeds[index]) {
          for (std::size_t needed = 0; needed < index; ++needed) {
-            if (kNeeds[index] & bit(static_cast<SectionIndex>(needed)) && kept_[needed]) {
+            if ((kNeeds[index] & bit(static_cast<SectionIndex>(needed))) != 0 && kept_[needed]) {
                readKept(needed);
             }
          }
