@@ -10,6 +10,7 @@
 #include <span>
 #include <string_view>
 
+#include "Kel/String.h"
 #include "Node.h"
 
 namespace StateLoader {
@@ -43,6 +44,12 @@ bool visitMember(Node const& object, std::string_view key, Visit&& visit) {
    return found;
 }
 
+// Keys are a few bytes long: compared in registers a word at a time, as the model compares names,
+// a key costs a handful of instructions instead of a call to the C library for every candidate.
+inline bool sameKey(std::string_view tableKey, std::string_view key) noexcept {
+   return tableKey.size() == key.size() && Kel::detail::compareBytes(tableKey, key) == 0;
+}
+
 // Writers put an object's keys in one order, usually the table's, so the search starts at
 // `start`, just after the key found last, and wraps around.
 template <typename Target, std::size_t N>
@@ -50,7 +57,7 @@ std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::strin
                         std::size_t start, Where const& where) {
    for (std::size_t step = 0; step < N; ++step) {
       auto const index = start + step < N ? start + step : start + step - N;
-      if (members[index].key == key) {
+      if (sameKey(members[index].key, key)) {
          return index;
       }
    }

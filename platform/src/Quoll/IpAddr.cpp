@@ -80,25 +80,13 @@ Kel::Expected<std::uint8_t> parseOctet(std::string_view field, std::string_view 
 // Well-formed text, by far the most common, read in one pass without building any reason; it
 // accepts exactly what the field-by-field reading below accepts.
 std::optional<Octets> plainDottedQuad(std::string_view text) {
-   constexpr std::ptrdiff_t kMaxDigits = 3;
-   Octets octets{};
-   auto next = text.begin();
-   for (std::size_t index = 0; index < octets.size(); ++index) {
-      if (index > 0 && (next == text.end() || *next++ != '.')) {
-         return std::nullopt;
-      }
-      auto const start = next;
-      unsigned value = 0;
-      while (next != text.end() && isDecimalDigit(*next) && next - start < kMaxDigits) {
-         value = value * 10 + static_cast<unsigned>(*next++ - '0');
-      }
-      auto const digits = next - start;
-      if (digits == 0 || value > 255 || (digits > 1 && *start == '0')) {
-         return std::nullopt;
-      }
-      octets[index] = static_cast<std::uint8_t>(value);
+   auto const address = IpAddr::readPlainV4(text);
+   if (!address || !text.empty()) {
+      return std::nullopt;
    }
-   return next == text.end() ? std::optional(octets) : std::nullopt;
+   return Octets{static_cast<std::uint8_t>(*address >> 24),
+                 static_cast<std::uint8_t>(*address >> 16),
+                 static_cast<std::uint8_t>(*address >> 8), static_cast<std::uint8_t>(*address)};
 }
 
 Kel::Expected<Octets> parseDottedQuad(std::string_view text, std::string_view whole) {
@@ -320,12 +308,48 @@ Kel::Expected<IpAddr> IpAddr::parse(std::string_view text) {
    return text.find(':') == std::string_view::npos ? parseV4(text) : parseV6(text);
 }
 
-IpAddr IpAddr::v4(std::uint32_t hostOrder) noexcept {
-   Bytes bytes{};
-   for (std::size_t index = 0; index < 4; ++index) {
-      bytes[index] = static_cast<std::uint8_t>(hostOrder >> (24 - 8 * index));
+std::optional<std::uint32_t> IpAddr::readPlainV4(std::string_view& text) noexcept {
+   char const* next = text.data();
+   char const* const end = next + text.size();
+   // 10 for the end of the text and any other non-digit.
+   auto const digit = [end](char const* at) {
+      return at != end ? static_cast<unsigned>(static_cast<unsigned char>(*at) - '0') : 10u;
+   };
+   std::uint32_t address = 0;
+   for (std::size_t octet = 0; octet < 4; ++octet) {
+      if (octet > 0 && (next == end || *next++ != '.')) {
+         return std::nullopt;
+      }
+      unsigned value = digit(next);
+      if (value > 9) {
+         return std::nullopt;
+      }
+      if (auto const second = digit(++next); second <= 9) {
+         if (value == 0) {
+            return std::nullopt;
+         }
+         value = value * 10 + second;
+         if (auto const third = digit(++next); third <= 9) {
+            value = value * 10 + third;
+            ++next;
+         }
+      }
+      if (value > 255) {
+         return std::nullopt;
+      }
+      address = address << 8 | value;
    }
-   return fromBytes(AddressFamily::ipv4, bytes);
+   text.remove_prefix(static_cast<std::size_t>(next - text.data()));
+   return address;
+}
+
+IpAddr IpAddr::v4(std::uint32_t hostOrder) noexcept {
+   IpAddr address;
+   address.family_ = AddressFamily::ipv4;
+   for (std::size_t index = 0; index < 4; ++index) {
+      address.bytes_[index] = static_cast<std::uint8_t>(hostOrder >> (24 - 8 * index));
+   }
+   return address;
 }
 
 IpAddr IpAddr::v6(Bytes const& networkOrder) noexcept {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <ostream>
 
 #include "Kel/Value.h"
@@ -54,6 +55,50 @@ Kel::Expected<std::uint8_t> parseLength(std::string_view text, std::uint8_t widt
    return static_cast<std::uint8_t>(value);
 }
 
+// "0" to "32", without a leading zero.
+std::optional<std::uint8_t> plainV4Length(std::string_view digits) {
+   auto const digit = [&digits](std::size_t index) {
+      return static_cast<unsigned>(digits[index]) - '0';
+   };
+   if (digits.size() == 1 && digit(0) <= 9) {
+      return static_cast<std::uint8_t>(digit(0));
+   }
+   if (digits.size() == 2 && digit(0) - 1 <= 2 && digit(1) <= 9) {
+      auto const length = digit(0) * 10 + digit(1);
+      return length <= 32 ? std::optional(static_cast<std::uint8_t>(length)) : std::nullopt;
+   }
+   return std::nullopt;
+}
+
+// An IPv4 prefix written as the text form writes it ("10.1.0.0/16", or a bare address for /32),
+// without host bits: what state files hold by the million, read in one pass. Nothing for any other
+// text, which the field-by-field reading then accepts or refuses with its reason.
+struct PlainV4Prefix {
+   std::uint32_t address;
+   std::uint8_t length;
+};
+
+std::optional<PlainV4Prefix> plainV4Prefix(std::string_view text) {
+   auto rest = text;
+   auto const address = IpAddr::readPlainV4(rest);
+   if (!address) {
+      return std::nullopt;
+   }
+   std::uint8_t length = 32;
+   if (!rest.empty()) {
+      auto const written = rest.front() == '/' ? plainV4Length(rest.substr(1)) : std::nullopt;
+      if (!written) {
+         return std::nullopt;
+      }
+      length = *written;
+   }
+   std::uint32_t const hostMask = length == 32 ? 0 : ~std::uint32_t{0} >> length;
+   if (*address & hostMask) {
+      return std::nullopt;
+   }
+   return PlainV4Prefix{*address, length};
+}
+
 }  // namespace
 
 IpGenPrefix::IpGenPrefix(IpAddr address, std::uint8_t length) noexcept
@@ -62,6 +107,13 @@ IpGenPrefix::IpGenPrefix(IpAddr address, std::uint8_t length) noexcept
 }
 
 Kel::Expected<IpGenPrefix> IpGenPrefix::parse(std::string_view text) {
+   if (auto const plain = plainV4Prefix(text)) {
+      // Without host bits, so without the constructor's masking.
+      IpGenPrefix prefix;
+      prefix.address_ = IpAddr::v4(plain->address);
+      prefix.length_ = plain->length;
+      return prefix;
+   }
    auto const slash = text.find('/');
    if (text.empty()) {
       return Kel::Failure{"empty prefix"};

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "Kel/Value.h"
@@ -45,6 +46,28 @@ TEST(IpGenPrefixValue, ConstructionMasksHostBitsAtEveryWidth) {
       EXPECT_EQ(prefix.stringValue(), row.prefix) << row.address << "/" << int{row.length};
       EXPECT_EQ(prefix.lastAddress(), addressOf(row.lastAddress))
           << row.address << "/" << int{row.length};
+   }
+}
+
+// Text of every IPv4 length reads as the prefix the constructor makes, and one host bit more is
+// refused with the prefix meant.
+TEST(IpGenPrefixParse, EveryIpv4LengthAndItsFirstHostBit) {
+   auto const allOnes = addressOf("255.255.255.255");
+   for (unsigned length = 0; length <= 32; ++length) {
+      IpGenPrefix const masked(allOnes, static_cast<std::uint8_t>(length));
+      auto const text = masked.stringValue();
+      auto const parsed = IpGenPrefix::parse(text);
+      ASSERT_TRUE(parsed) << text << ": " << parsed.reason();
+      EXPECT_EQ(*parsed, masked) << text;
+      if (length < 32) {
+         auto const withHostBit =
+             IpGenPrefix(allOnes, static_cast<std::uint8_t>(length + 1)).address().stringValue() +
+             "/" + std::to_string(length);
+         auto const refused = IpGenPrefix::parse(withHostBit);
+         EXPECT_FALSE(refused) << withHostBit;
+         EXPECT_TRUE(refused || refused.reason().ends_with("(did you mean " + text + "?)"))
+             << withHostBit;
+      }
    }
 }
 
