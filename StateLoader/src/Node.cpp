@@ -38,10 +38,6 @@ std::string found(Node const& node) {
    return "an unknown value";
 }
 
-[[noreturn]] void failType(Node const& node, std::string const& expected) {
-   fail(node.where, "expected " + expected + ", found " + found(node));
-}
-
 std::string decimalText(double number) {
    char text[32];
    auto const end = std::to_chars(text, text + sizeof text, number).ptr;
@@ -85,32 +81,8 @@ bool fitsUnsigned(simdjson::dom::element const& value, std::uint64_t largest) {
 
 }  // namespace
 
-simdjson::dom::object asObject(Node const& node) {
-   if (node.unparsed || !node.value.is_object()) {
-      failType(node, "an object");
-   }
-   return node.value.get_object().value_unsafe();
-}
-
-simdjson::dom::array asArray(Node const& node) {
-   if (node.unparsed || !node.value.is_array()) {
-      failType(node, "a list");
-   }
-   return node.value.get_array().value_unsafe();
-}
-
-std::string_view asString(Node const& node) {
-   if (node.unparsed || !node.value.is_string()) {
-      failType(node, "a string");
-   }
-   return node.value.get_string().value_unsafe();
-}
-
-bool asBool(Node const& node) {
-   if (node.unparsed || !node.value.is_bool()) {
-      failType(node, "true or false");
-   }
-   return node.value.get_bool().value_unsafe();
+void failType(Node const& node, std::string_view expected) {
+   fail(node.where, "expected " + std::string(expected) + ", found " + found(node));
 }
 
 std::uint64_t asUnsigned(Node const& node, std::uint64_t largest) {

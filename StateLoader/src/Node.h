@@ -22,10 +22,38 @@ struct Node {
    bool unparsed = false;
 };
 
-simdjson::dom::object asObject(Node const& node);
-simdjson::dom::array asArray(Node const& node);
-std::string_view asString(Node const& node);
-bool asBool(Node const& node);
+// Refuses a value of another type than `expected` ("a string"), naming what it is.
+[[noreturn]] void failType(Node const& node, std::string_view expected);
+
+// In line: a rule reads some thirty values, and the check is a comparison of the value's type.
+inline simdjson::dom::object asObject(Node const& node) {
+   if (node.unparsed || !node.value.is_object()) {
+      failType(node, "an object");
+   }
+   return node.value.get_object().value_unsafe();
+}
+
+inline simdjson::dom::array asArray(Node const& node) {
+   if (node.unparsed || !node.value.is_array()) {
+      failType(node, "a list");
+   }
+   return node.value.get_array().value_unsafe();
+}
+
+inline std::string_view asString(Node const& node) {
+   if (node.unparsed || !node.value.is_string()) {
+      failType(node, "a string");
+   }
+   return node.value.get_string().value_unsafe();
+}
+
+inline bool asBool(Node const& node) {
+   if (node.unparsed || !node.value.is_bool()) {
+      failType(node, "true or false");
+   }
+   return node.value.get_bool().value_unsafe();
+}
+
 // A whole number from 0 to `largest`.
 std::uint64_t asUnsigned(Node const& node, std::uint64_t largest);
 
