@@ -9,11 +9,11 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "Kel/NameHash.h"
 #include "Kel/String.h"
 
 namespace TrafficPolicyCli {
@@ -41,9 +41,7 @@ class PositionsByName {
       }
    }
 
-   static std::size_t hashOf(std::string_view name) noexcept {
-      return std::hash<std::string_view>{}(name);
-   }
+   static std::size_t hashOf(std::string_view name) noexcept { return Kel::nameHash(name); }
    // Brings the slot where a probe for the hash starts into the cache.
    void prefetch(std::size_t hash) const noexcept { __builtin_prefetch(&slots_[hash & mask_]); }
    // The first place of the name (of that hash), or kNone.
@@ -103,19 +101,20 @@ void forEachPlaced(Positions const& positions, Map const& map, Placed&& placed) 
    constexpr std::size_t kAhead = 8;
    std::array<std::size_t, kAhead> hashes{};
    auto ahead = map.begin();
+   auto const end = map.end();
    auto const hashAhead = [&](std::size_t& hash) {
       hash = Positions::hashOf(ahead->first.view());
       positions.prefetch(hash);
       ++ahead;
    };
-   for (std::size_t index = 0; index < kAhead && ahead != map.end(); ++index) {
+   for (std::size_t index = 0; index < kAhead && ahead != end; ++index) {
       hashAhead(hashes[index]);
    }
    std::size_t index = 0;
    for (auto const& entry : map) {
       auto& hash = hashes[index++ % kAhead];
       auto const position = positions.find(entry.first.view(), hash);
-      if (ahead != map.end()) {
+      if (ahead != end) {
          hashAhead(hash);
       }
       if (position != Positions::kNone) {
