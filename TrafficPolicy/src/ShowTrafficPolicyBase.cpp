@@ -2,6 +2,7 @@
 // configuration and status, its named counters, its rules and its live counters.
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 
+#include <optional>
 #include <vector>
 
 #include "Kel/Assert.h"
@@ -26,6 +27,73 @@ typename Map::mapped_type valueOr(Map const& map, typename Map::key_type const& 
 }
 
 }  // namespace
+
+// The field-set names of each kind that a policy's rules name and that are defined, kept as they
+// are found (see RecentNames).
+class ShowTrafficPolicyBase::FoundFieldSets {
+ public:
+   // Without definitions there is nothing to check against, and no check is asked for.
+   explicit FoundFieldSets(Classification::FieldSetConfig const* fieldSets)
+       : fieldSets_(fieldSets) {}
+
+   // Every field-set name a filter refers to, checked against the sets of its kind: VLAN sets
+   // first, then prefix sets of the family, then L4-port sets.
+   bool allDefined(Classification::StructuredFilter const& filter, bool ipv4) {
+      KEL_ASSERT(fieldSets_);
+      auto const& fieldSets = *fieldSets_;
+      for (auto const& tag : filter.vlanTags()) {
+         if (!allDefined(tag.vlanFieldSets(), fieldSets.fieldSetVlan(), vlan_)) {
+            return false;
+         }
+      }
+      auto const& prefixSets = ipv4 ? fieldSets.fieldSetIpPrefix() : fieldSets.fieldSetIpv6Prefix();
+      auto& prefixFound = ipv4 ? ipv4Prefix_ : ipv6Prefix_;
+      for (auto const* names : {&filter.srcPrefixSets(), &filter.srcLpmPrefixSets(),
+                                &filter.dstPrefixSets(), &filter.dstLpmPrefixSets()}) {
+         if (!allDefined(*names, prefixSets, prefixFound)) {
+            return false;
+         }
+      }
+      for (auto const& [protocols, protoField] : filter.proto()) {
+         for (auto const& ports : protoField->port()) {
+            if (!allDefined(ports.srcL4PortFieldSets(), fieldSets.fieldSetL4Port(), l4Port_) ||
+                !allDefined(ports.dstL4PortFieldSets(), fieldSets.fieldSetL4Port(), l4Port_)) {
+               return false;
+            }
+         }
+      }
+      // An inner header is looked up in the sets of its own family, as it is shown.
+      auto const& inner = filter.innerMatch();
+      return !inner || allDefined(*inner, inner->addressFamily() == Quoll::AddressFamily::ipv4);
+   }
+
+ private:
+   // Most of a rule's name lists are empty: those cost a test in line, not a walk.
+   template <typename SubConfig>
+   [[gnu::always_inline]] static bool allDefined(
+       Classification::NameSet const& names, Classification::FieldSetMap<SubConfig> const& defined,
+       RecentNames<bool>& found) {
+      return names.empty() || allNamesDefined(names, defined, found);
+   }
+   template <typename SubConfig>
+   static bool allNamesDefined(Classification::NameSet const& names,
+                               Classification::FieldSetMap<SubConfig> const& defined,
+                               RecentNames<bool>& found) {
+      auto const isDefined = [&defined](Kel::String const& name) { return defined.contains(name); };
+      for (auto const& name : names) {
+         if (!found.find(name, isDefined)) {
+            return false;
+         }
+      }
+      return true;
+   }
+
+   Classification::FieldSetConfig const* fieldSets_;
+   RecentNames<bool> vlan_;
+   RecentNames<bool> ipv4Prefix_;
+   RecentNames<bool> ipv6Prefix_;
+   RecentNames<bool> l4Port_;
+};
 
 ShowTrafficPolicyBase::ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS)
     : config_(config),
@@ -94,6 +162,14 @@ void ShowTrafficPolicyBase::cachePoliciesState() {
    if (!status_) {
       return;
    }
+   // The definitions do not change while a command runs, so what is found defined for one policy
+   // holds for the next.
+   FoundFieldSets found(fieldSetConfig_.get());
+   foundFieldSets_ = &found;
+   struct ForgetFound {
+      FoundFieldSets*& found;
+      ~ForgetFound() { found = nullptr; }
+   } const forgetFound{foundFieldSets_};
    Kel::robustWalk(status_->policyMapStatus(),
                    [this](Kel::String const& name) { cachePolicyState(name); });
 }
@@ -227,73 +303,6 @@ void ShowTrafficPolicyBase::cacheClassMapStatus(
    getOrCreatePolicyState(policyName)->classMapStatusInputIs(ruleIndex, classMapStatus);
 }
 
-// The field-set names of each kind that a policy's rules name and that are defined, kept as they
-// are found (see RecentNames).
-class ShowTrafficPolicyBase::FoundFieldSets {
- public:
-   // Without definitions there is nothing to check against, and no check is asked for.
-   explicit FoundFieldSets(Classification::FieldSetConfig const* fieldSets)
-       : fieldSets_(fieldSets) {}
-
-   // Every field-set name a filter refers to, checked against the sets of its kind: VLAN sets
-   // first, then prefix sets of the family, then L4-port sets.
-   bool allDefined(Classification::StructuredFilter const& filter, bool ipv4) {
-      KEL_ASSERT(fieldSets_);
-      auto const& fieldSets = *fieldSets_;
-      for (auto const& tag : filter.vlanTags()) {
-         if (!allDefined(tag.vlanFieldSets(), fieldSets.fieldSetVlan(), vlan_)) {
-            return false;
-         }
-      }
-      auto const& prefixSets = ipv4 ? fieldSets.fieldSetIpPrefix() : fieldSets.fieldSetIpv6Prefix();
-      auto& prefixFound = ipv4 ? ipv4Prefix_ : ipv6Prefix_;
-      for (auto const* names : {&filter.srcPrefixSets(), &filter.srcLpmPrefixSets(),
-                                &filter.dstPrefixSets(), &filter.dstLpmPrefixSets()}) {
-         if (!allDefined(*names, prefixSets, prefixFound)) {
-            return false;
-         }
-      }
-      for (auto const& [protocols, protoField] : filter.proto()) {
-         for (auto const& ports : protoField->port()) {
-            if (!allDefined(ports.srcL4PortFieldSets(), fieldSets.fieldSetL4Port(), l4Port_) ||
-                !allDefined(ports.dstL4PortFieldSets(), fieldSets.fieldSetL4Port(), l4Port_)) {
-               return false;
-            }
-         }
-      }
-      // An inner header is looked up in the sets of its own family, as it is shown.
-      auto const& inner = filter.innerMatch();
-      return !inner || allDefined(*inner, inner->addressFamily() == Quoll::AddressFamily::ipv4);
-   }
-
- private:
-   // Most of a rule's name lists are empty: those cost a test in line, not a walk.
-   template <typename SubConfig>
-   [[gnu::always_inline]] static bool allDefined(
-       Classification::NameSet const& names, Classification::FieldSetMap<SubConfig> const& defined,
-       RecentNames<bool>& found) {
-      return names.empty() || allNamesDefined(names, defined, found);
-   }
-   template <typename SubConfig>
-   static bool allNamesDefined(Classification::NameSet const& names,
-                               Classification::FieldSetMap<SubConfig> const& defined,
-                               RecentNames<bool>& found) {
-      auto const isDefined = [&defined](Kel::String const& name) { return defined.contains(name); };
-      for (auto const& name : names) {
-         if (!found.find(name, isDefined)) {
-            return false;
-         }
-      }
-      return true;
-   }
-
-   Classification::FieldSetConfig const* fieldSets_;
-   RecentNames<bool> vlan_;
-   RecentNames<bool> ipv4Prefix_;
-   RecentNames<bool> ipv6Prefix_;
-   RecentNames<bool> l4Port_;
-};
-
 void ShowTrafficPolicyBase::cacheClassState(
     Kel::Ptr<PolicyMap::PolicyMapSubConfig const> const& pmapSubConfig) {
    auto const& policyName = pmapSubConfig->name();
@@ -308,7 +317,8 @@ void ShowTrafficPolicyBase::cacheClassState(
    });
    auto rules = ruleEntitiesByName(ruleNames, *policyStatus, *pmapSubConfig);
 
-   FoundFieldSets found(fieldSetConfig_.get());
+   std::optional<FoundFieldSets> ownFound;
+   auto& found = foundFieldSets_ ? *foundFieldSets_ : ownFound.emplace(fieldSetConfig_.get());
 
    // A policy applied in both directions is cached once per direction, and the two statuses may
    // list different rules. The record shows every rule that either pass processed, once and in

@@ -193,6 +193,8 @@ class ShowTrafficPolicyBase : public ShowCommand {
    mutable Kel::String lastPolicyName_;
    mutable Kel::Ptr<PolicyState> lastPolicyState_;
    Kel::Ptr<CounterReader const> inputCounterHelper_;
+   // The field-set names found defined, while cachePoliciesState walks the policies.
+   FoundFieldSets* foundFieldSets_ = nullptr;
    // Joined by renderRules for the policy whose rules it renders, and forgotten when it is done.
    RuleLookups ruleLookups_;
 };
