@@ -28,8 +28,8 @@ typename Map::mapped_type valueOr(Map const& map, typename Map::key_type const& 
 
 }  // namespace
 
-// The field-set names of each kind that a policy's rules name and that are defined, kept as they
-// are found (see RecentNames).
+// The field-set names of each kind that the rules name and that are defined, kept as they are
+// found (see RecentNames), for the rules of one policy or of every policy of a walk.
 class ShowTrafficPolicyBase::FoundFieldSets {
  public:
    // Without definitions there is nothing to check against, and no check is asked for.
