@@ -2,14 +2,8 @@
 #include "TrafficPolicyCli/InterfaceRecords.h"
 
 #include "Kel/Value.h"
-#include "TrafficPolicyCli/Trace.h"
 
 namespace TrafficPolicyCli {
-
-Kel::TraceFacility& traceFacility() {
-   static Kel::TraceFacility facility("TrafficPolicyCli");
-   return facility;
-}
 
 void InterfaceStatus::intfStatusIs(Kel::Ptr<PolicyMap::IntfStatus const> const& status) {
    intfStatus_.insertOrAssign(status->intfId(), status);

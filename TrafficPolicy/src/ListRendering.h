@@ -54,16 +54,16 @@ void writeFieldSetSize(vellum::RendererV2& renderer, VlanFieldSetState const& fi
 
 // One reference to a field set by name: "field-set NAME" with its size, or the note that it has
 // not been defined; in JSON an object with "name" and "undefined": true or the size.
+// `entry` is the set's entry, null when it is not defined.
 template <typename Entry>
 void writeFieldSetReference(vellum::RendererV2& renderer, Kel::String const& name,
-                            FieldSetState::EntryMap<Entry> const& defined, bool showCounts) {
-   auto const* entry = defined.lookup(name);
+                            Entry const* entry, bool showCounts) {
    renderer.listEntry([&] {
       renderer._addJsonKeyValuePair("name", name);
       renderer.writeString("field-set ");
       renderer.writeString(name);
-      if (entry && *entry) {
-         writeFieldSetSize(renderer, **entry, showCounts);
+      if (entry) {
+         writeFieldSetSize(renderer, *entry, showCounts);
       } else {
          renderer._addJsonKeyValuePair("undefined", true);
          renderer.writeString(" (field-set '");
@@ -75,14 +75,15 @@ void writeFieldSetReference(vellum::RendererV2& renderer, Kel::String const& nam
 }
 
 // The labelled list of field sets that a criterion names, looked up among the `defined` ones of
-// their kind. Names come from an ordered set, so they are already in byte order.
+// their kind, one of the maps of `usage`. Names come from an ordered set, so they are already in
+// byte order.
 template <typename Entry>
 void renderFieldSetReferences(vellum::RendererV2& renderer, std::string_view label,
                               std::string_view jsonKey, std::uint32_t indent,
-                              Classification::NameSet const& names,
+                              Classification::NameSet const& names, FieldSetState const& usage,
                               FieldSetState::EntryMap<Entry> const& defined, bool showCounts) {
    renderLabelledList(renderer, label, jsonKey, indent, names, [&](Kel::String const& name) {
-      writeFieldSetReference(renderer, name, defined, showCounts);
+      writeFieldSetReference(renderer, name, usage.definedEntry(defined, name), showCounts);
    });
 }
 

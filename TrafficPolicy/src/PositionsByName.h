@@ -9,17 +9,18 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "Kel/NameHash.h"
 #include "Kel/String.h"
 
 namespace TrafficPolicyCli {
 
 // The names are read through `nameAt(position)`, so that the table costs its slots only. A name
-// that stands twice is answered with its first place and listed apart.
+// that stands twice is answered with its first place and listed apart. Names are compared as the
+// model's strings: copies of a name share its text (a short one is a single word), so a probe that
+// finds its name compares one word.
 template <typename NameAt>
 class PositionsByName {
  public:
@@ -31,7 +32,7 @@ class PositionsByName {
       slots_.assign(std::bit_ceil(std::size_t{count} + count / 2 + 1), kNone);
       mask_ = slots_.size() - 1;
       for (std::uint32_t position = 0; position < count; ++position) {
-         auto const name = nameAt_(position);
+         auto const& name = nameAt_(position);
          auto& slot = slots_[slotIndex(name, hashOf(name))];
          if (slot == kNone) {
             slot = position;
@@ -41,13 +42,13 @@ class PositionsByName {
       }
    }
 
-   static std::size_t hashOf(std::string_view name) noexcept {
-      return std::hash<std::string_view>{}(name);
+   static std::size_t hashOf(Kel::String const& name) noexcept {
+      return Kel::nameHash(name.view());
    }
    // Brings the slot where a probe for the hash starts into the cache.
    void prefetch(std::size_t hash) const noexcept { __builtin_prefetch(&slots_[hash & mask_]); }
    // The first place of the name (of that hash), or kNone.
-   std::uint32_t find(std::string_view name, std::size_t hash) const {
+   std::uint32_t find(Kel::String const& name, std::size_t hash) const {
       return slots_[slotIndex(name, hash)];
    }
    // Pairs of a later place of a name and its first place.
@@ -58,7 +59,7 @@ class PositionsByName {
  private:
    // The slot that holds the name's first place, or the empty slot where it belongs. The table
    // is never more than two thirds full, so a probe ends.
-   std::size_t slotIndex(std::string_view name, std::size_t hash) const {
+   std::size_t slotIndex(Kel::String const& name, std::size_t hash) const {
       auto index = hash & mask_;
       while (slots_[index] != kNone && nameAt_(slots_[index]) != name) {
          index = (index + 1) & mask_;
@@ -103,19 +104,20 @@ void forEachPlaced(Positions const& positions, Map const& map, Placed&& placed) 
    constexpr std::size_t kAhead = 8;
    std::array<std::size_t, kAhead> hashes{};
    auto ahead = map.begin();
+   auto const end = map.end();
    auto const hashAhead = [&](std::size_t& hash) {
-      hash = Positions::hashOf(ahead->first.view());
+      hash = Positions::hashOf(ahead->first);
       positions.prefetch(hash);
       ++ahead;
    };
-   for (std::size_t index = 0; index < kAhead && ahead != map.end(); ++index) {
+   for (std::size_t index = 0; index < kAhead && ahead != end; ++index) {
       hashAhead(hashes[index]);
    }
    std::size_t index = 0;
    for (auto const& entry : map) {
       auto& hash = hashes[index++ % kAhead];
-      auto const position = positions.find(entry.first.view(), hash);
-      if (ahead != map.end()) {
+      auto const position = positions.find(entry.first, hash);
+      if (ahead != end) {
          hashAhead(hash);
       }
       if (position != Positions::kNone) {

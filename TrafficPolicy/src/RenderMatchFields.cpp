@@ -164,7 +164,7 @@ void renderPortDirection(vellum::RendererV2& renderer, FieldSetState const& fiel
    }
    if (fieldSets) {
       renderFieldSetReferences(renderer, criterion.label(), extFieldSetKey, indent, fieldSets,
-                               fieldSetState.l4PortFieldSet(), showFieldSetCounts);
+                               fieldSetState, fieldSetState.l4PortFieldSet(), showFieldSetCounts);
       renderFieldSetNames(renderer, fieldSetNamesKey, fieldSets);
    }
 }
@@ -180,8 +180,8 @@ void renderVlanTag(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
          renderer.listEntry([&] {
             if (range.vlanFieldSets()) {
                renderFieldSetReferences(renderer, "802.1Q VLAN", "dot1qVlanFieldSets", indent,
-                                        range.vlanFieldSets(), fieldSetState.vlanFieldSet(),
-                                        showFieldSetCounts);
+                                        range.vlanFieldSets(), fieldSetState,
+                                        fieldSetState.vlanFieldSet(), showFieldSetCounts);
             } else {
                renderNumericalRange(renderer, "802.1Q VLAN", range.vlans(), indent, option);
             }

@@ -271,7 +271,8 @@ void renderPrefixFieldSet(vellum::RendererV2& renderer, FieldSetState const& fie
    }
    auto const& defined = option == ClassMapMatchOption::ipv6 ? fieldSetState.ipv6PrefixFieldSet()
                                                              : fieldSetState.ipPrefixFieldSet();
-   renderFieldSetReferences(renderer, label, jsonName, indent, names, defined, showFieldSetCounts);
+   renderFieldSetReferences(renderer, label, jsonName, indent, names, fieldSetState, defined,
+                            showFieldSetCounts);
 }
 
 void renderNumericalRange(vellum::RendererV2& renderer, Criterion criterion,

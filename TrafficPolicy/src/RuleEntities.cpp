@@ -2,7 +2,6 @@
 #include "TrafficPolicyCli/RuleEntities.h"
 
 #include <cstdint>
-#include <string_view>
 #include <utility>
 
 #include "PolicyMap/Actions.h"
@@ -27,7 +26,7 @@ std::vector<RuleEntities> ruleEntitiesByName(std::vector<Kel::String> const& rul
    std::vector<std::uint32_t> slots;
    PositionsByName const positions(
        slots, static_cast<std::uint32_t>(ruleNames.size()),
-       [&ruleNames](std::uint32_t position) { return ruleNames[position].view(); });
+       [&ruleNames](std::uint32_t position) -> Kel::String const& { return ruleNames[position]; });
    ForwardCursor classMaps(subConfig.classMap());
    ForwardCursor classActions(subConfig.classAction());
    forEachPlaced(

@@ -1,7 +1,6 @@
 // A policy's rules joined with its class actions and live rule counters in one ordered pass each.
 #include "TrafficPolicyCli/RuleLookups.h"
 
-#include <string_view>
 #include <utility>
 
 #include "PositionsByName.h"
@@ -26,11 +25,12 @@ void RuleLookups::join(PolicyState const& record) {
    auto const count = indexCount(record);
    rules_.assign(count, Rule{});
    // An index without a rule reads as the empty name, which no rule of the maps has.
-   PositionsByName const positions(slots_, count,
-                                   [&names = record.ruleNames()](std::uint32_t index) {
-                                      auto const* name = names.lookup(index);
-                                      return name ? name->view() : std::string_view();
-                                   });
+   static Kel::String const kNoName;
+   PositionsByName const positions(
+       slots_, count, [&names = record.ruleNames()](std::uint32_t index) -> Kel::String const& {
+          auto const* name = names.lookup(index);
+          return name ? *name : kNoName;
+       });
    auto const& config = record.policyMapConfig();
    auto const subConfig = config ? config->currCfg() : nullptr;
    if (!subConfig) {

@@ -41,20 +41,24 @@ Acl::AclNameMaps const& nameMaps() {
 
 std::string_view numericalValueToStrFor(std::string_view fieldName, std::uint32_t value,
                                         PolicyMap::ClassMapMatchOption matchOption) {
-   static NumberNames const dscpNames(nameMaps().dscp());
-   static NumberNames const ipProtoNames(nameMaps().ipProto());
-   static NumberNames const ip6ProtoNames(nameMaps().ip6Proto());
+   // Each table is reached only for its field: a single value of any other field (ports above
+   // all) costs two comparisons of the field's name and no guard of a table.
    if (fieldName == "DSCP") {
+      static NumberNames const dscpNames(nameMaps().dscp());
       return dscpNames[value];
    }
    if (fieldName != "Protocol") {
       return {};
    }
    switch (matchOption) {
-      case PolicyMap::ClassMapMatchOption::ipv4:
+      case PolicyMap::ClassMapMatchOption::ipv4: {
+         static NumberNames const ipProtoNames(nameMaps().ipProto());
          return ipProtoNames[value];
-      case PolicyMap::ClassMapMatchOption::ipv6:
+      }
+      case PolicyMap::ClassMapMatchOption::ipv6: {
+         static NumberNames const ip6ProtoNames(nameMaps().ip6Proto());
          return ip6ProtoNames[value];
+      }
       case PolicyMap::ClassMapMatchOption::mac:
       case PolicyMap::ClassMapMatchOption::mpls:
          break;

@@ -2,6 +2,7 @@
 // configuration and status, its named counters, its rules and its live counters.
 #include "TrafficPolicyCli/ShowTrafficPolicyBase.h"
 
+#include <optional>
 #include <vector>
 
 #include "Kel/Assert.h"
@@ -9,6 +10,7 @@
 #include "Kel/Value.h"
 #include "TrafficPolicyCli/CommandOutput.h"
 #include "TrafficPolicyCli/PolicyStateVariants.h"
+#include "TrafficPolicyCli/RecentNames.h"
 #include "TrafficPolicyCli/RuleEntities.h"
 #include "TrafficPolicyCli/Trace.h"
 
@@ -25,6 +27,73 @@ typename Map::mapped_type valueOr(Map const& map, typename Map::key_type const& 
 }
 
 }  // namespace
+
+// The field-set names of each kind that the rules name and that are defined, kept as they are
+// found (see RecentNames), for the rules of one policy or of every policy of a walk.
+class ShowTrafficPolicyBase::FoundFieldSets {
+ public:
+   // Without definitions there is nothing to check against, and no check is asked for.
+   explicit FoundFieldSets(Classification::FieldSetConfig const* fieldSets)
+       : fieldSets_(fieldSets) {}
+
+   // Every field-set name a filter refers to, checked against the sets of its kind: VLAN sets
+   // first, then prefix sets of the family, then L4-port sets.
+   bool allDefined(Classification::StructuredFilter const& filter, bool ipv4) {
+      KEL_ASSERT(fieldSets_);
+      auto const& fieldSets = *fieldSets_;
+      for (auto const& tag : filter.vlanTags()) {
+         if (!allDefined(tag.vlanFieldSets(), fieldSets.fieldSetVlan(), vlan_)) {
+            return false;
+         }
+      }
+      auto const& prefixSets = ipv4 ? fieldSets.fieldSetIpPrefix() : fieldSets.fieldSetIpv6Prefix();
+      auto& prefixFound = ipv4 ? ipv4Prefix_ : ipv6Prefix_;
+      for (auto const* names : {&filter.srcPrefixSets(), &filter.srcLpmPrefixSets(),
+                                &filter.dstPrefixSets(), &filter.dstLpmPrefixSets()}) {
+         if (!allDefined(*names, prefixSets, prefixFound)) {
+            return false;
+         }
+      }
+      for (auto const& [protocols, protoField] : filter.proto()) {
+         for (auto const& ports : protoField->port()) {
+            if (!allDefined(ports.srcL4PortFieldSets(), fieldSets.fieldSetL4Port(), l4Port_) ||
+                !allDefined(ports.dstL4PortFieldSets(), fieldSets.fieldSetL4Port(), l4Port_)) {
+               return false;
+            }
+         }
+      }
+      // An inner header is looked up in the sets of its own family, as it is shown.
+      auto const& inner = filter.innerMatch();
+      return !inner || allDefined(*inner, inner->addressFamily() == Quoll::AddressFamily::ipv4);
+   }
+
+ private:
+   // Most of a rule's name lists are empty: those cost a test in line, not a walk.
+   template <typename SubConfig>
+   [[gnu::always_inline]] static bool allDefined(
+       Classification::NameSet const& names, Classification::FieldSetMap<SubConfig> const& defined,
+       RecentNames<bool>& found) {
+      return names.empty() || allNamesDefined(names, defined, found);
+   }
+   template <typename SubConfig>
+   static bool allNamesDefined(Classification::NameSet const& names,
+                               Classification::FieldSetMap<SubConfig> const& defined,
+                               RecentNames<bool>& found) {
+      auto const isDefined = [&defined](Kel::String const& name) { return defined.contains(name); };
+      for (auto const& name : names) {
+         if (!found.find(name, isDefined)) {
+            return false;
+         }
+      }
+      return true;
+   }
+
+   Classification::FieldSetConfig const* fieldSets_;
+   RecentNames<bool> vlan_;
+   RecentNames<bool> ipv4Prefix_;
+   RecentNames<bool> ipv6Prefix_;
+   RecentNames<bool> l4Port_;
+};
 
 ShowTrafficPolicyBase::ShowTrafficPolicyBase(TRAFFIC_POLICY_CLI_BASE_ARGUMENTS)
     : config_(config),
@@ -93,6 +162,14 @@ void ShowTrafficPolicyBase::cachePoliciesState() {
    if (!status_) {
       return;
    }
+   // The definitions do not change while a command runs, so what is found defined for one policy
+   // holds for the next.
+   FoundFieldSets found(fieldSetConfig_.get());
+   foundFieldSets_ = &found;
+   struct ForgetFound {
+      FoundFieldSets*& found;
+      ~ForgetFound() { found = nullptr; }
+   } const forgetFound{foundFieldSets_};
    Kel::robustWalk(status_->policyMapStatus(),
                    [this](Kel::String const& name) { cachePolicyState(name); });
 }
@@ -240,6 +317,9 @@ void ShowTrafficPolicyBase::cacheClassState(
    });
    auto rules = ruleEntitiesByName(ruleNames, *policyStatus, *pmapSubConfig);
 
+   std::optional<FoundFieldSets> ownFound;
+   auto& found = foundFieldSets_ ? *foundFieldSets_ : ownFound.emplace(fieldSetConfig_.get());
+
    // A policy applied in both directions is cached once per direction, and the two statuses may
    // list different rules. The record shows every rule that either pass processed, once and in
    // sequence order, with the match of the latest pass that processed it. Both passes walk the
@@ -253,7 +333,7 @@ void ShowTrafficPolicyBase::cacheClassState(
       auto const& name = ruleNames[position];
       auto& rule = rules[position];
       bool const cachedEarlier = earlier != earlierNames.end() && (*earlier).value == name;
-      if (cacheProcessedRule(*record, policyName, name, rule, ruleIndex)) {
+      if (cacheProcessedRule(*record, policyName, name, rule, ruleIndex, found)) {
          ++ruleIndex;
       } else if (cachedEarlier) {
          rule.match = *record->classMapConfig().lookup((*earlier).index);
@@ -278,7 +358,7 @@ void ShowTrafficPolicyBase::cacheClassState(
 
 bool ShowTrafficPolicyBase::cacheProcessedRule(PolicyState& record, Kel::String const& policyName,
                                                Kel::String const& name, RuleEntities& rule,
-                                               std::uint32_t ruleIndex) {
+                                               std::uint32_t ruleIndex, FoundFieldSets& found) {
    auto const& cmapStatus = rule.status;
    if (!cmapStatus) {
       TP_TRACE(7) << "ClassMapStatus not found for " << name.view();
@@ -299,66 +379,22 @@ bool ShowTrafficPolicyBase::cacheProcessedRule(PolicyState& record, Kel::String 
    }
    TP_TRACE(7) << "Caching " << ruleIndex << " " << name.view() << ", " << option;
    cacheClassMapStatus(policyName, ruleIndex, cmapStatus);
-   if (!record.undefinedFieldSet()) {
-      checkFieldSetReferences(record, *rule.match);
+   if (!record.undefinedFieldSet() && fieldSetConfig_) {
+      checkFieldSetReferences(record, *rule.match, found);
    }
    checkCounterReference(record, name, rule.counterName);
    return true;
 }
 
-namespace {
-
-template <typename SubConfig>
-bool allDefined(Classification::NameSet const& names,
-                Classification::FieldSetMap<SubConfig> const& defined) {
-   for (auto const& name : names) {
-      if (!defined.contains(name)) {
-         return false;
-      }
-   }
-   return true;
-}
-
-// Every field-set name a filter refers to, checked against the sets of its kind: VLAN sets
-// first, then prefix sets of the family, then L4-port sets.
-bool filterReferencesDefined(Classification::StructuredFilter const& filter,
-                             Classification::FieldSetConfig const& fieldSets, bool ipv4) {
-   for (auto const& tag : filter.vlanTags()) {
-      if (!allDefined(tag.vlanFieldSets(), fieldSets.fieldSetVlan())) {
-         return false;
-      }
-   }
-   auto const& prefixSets = ipv4 ? fieldSets.fieldSetIpPrefix() : fieldSets.fieldSetIpv6Prefix();
-   for (auto const* names : {&filter.srcPrefixSets(), &filter.srcLpmPrefixSets(),
-                             &filter.dstPrefixSets(), &filter.dstLpmPrefixSets()}) {
-      if (!allDefined(*names, prefixSets)) {
-         return false;
-      }
-   }
-   for (auto const& [protocols, protoField] : filter.proto()) {
-      for (auto const& ports : protoField->port()) {
-         if (!allDefined(ports.srcL4PortFieldSets(), fieldSets.fieldSetL4Port()) ||
-             !allDefined(ports.dstL4PortFieldSets(), fieldSets.fieldSetL4Port())) {
-            return false;
-         }
-      }
-   }
-   // An inner header is looked up in the sets of its own family, as it is shown.
-   auto const& inner = filter.innerMatch();
-   return !inner || filterReferencesDefined(*inner, fieldSets,
-                                            inner->addressFamily() == Quoll::AddressFamily::ipv4);
-}
-
-}  // namespace
-
 void ShowTrafficPolicyBase::checkFieldSetReferences(PolicyState& record,
-                                                    PolicyMap::ClassMapMatch const& match) const {
+                                                    PolicyMap::ClassMapMatch const& match,
+                                                    FoundFieldSets& found) const {
    auto const& filter = match.structuredFilter();
-   if (!filter || !fieldSetConfig_) {
+   if (!filter) {
       return;
    }
    bool const ipv4 = match.option() == PolicyMap::ClassMapMatchOption::ipv4;
-   if (!filterReferencesDefined(*filter, *fieldSetConfig_, ipv4)) {
+   if (!found.allDefined(*filter, ipv4)) {
       record.undefinedFieldSetIs(true);
    }
 }

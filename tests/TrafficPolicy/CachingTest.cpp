@@ -131,4 +131,77 @@ TEST(CachingTest, NamedCounterWalkSurvivesChangesUnderIt) {
    EXPECT_FALSE(record->inputNamedCounters().contains("c3"));
 }
 
+// A rule that names a field set not defined for its kind is found among many rules that name
+// defined ones, whatever names the earlier rules left behind: a set of one kind or family does
+// not stand for a set of the same name of another.
+TEST(CachingTest, UndefinedFieldSetFoundAmongDefinedOnes) {
+   using PolicyMap::ClassMapMatchOption;
+   struct Rule {
+      ClassMapMatchOption option;
+      char const* prefixSet;
+      char const* portSet;  // "" for none
+   };
+   struct Case {
+      char const* what;
+      std::vector<Rule> last;  // after 40 rules naming "s0".."s9" and "web", all defined
+      bool undefined;
+   };
+   auto const v4 = ClassMapMatchOption::ipv4;
+   auto const v6 = ClassMapMatchOption::ipv6;
+   Case const cases[] = {
+       {"only defined sets", {{v4, "s3", "web"}, {v6, "six", ""}}, false},
+       {"a prefix set of neither family", {{v4, "s10", "web"}}, true},
+       {"an IPv6 prefix set named by an IPv4 rule", {{v6, "six", ""}, {v4, "six", ""}}, true},
+       {"an IPv4 prefix set named by an IPv6 rule", {{v6, "s3", ""}}, true},
+       {"an L4-port set named as a prefix set", {{v4, "web", ""}}, true},
+       {"a prefix set named as an L4-port set", {{v4, "s1", "s2"}}, true},
+   };
+   for (auto const& row : cases) {
+      SCOPED_TRACE(row.what);
+      Device device;
+      auto const defineSet = [](auto& sets, char const* name) {
+         sets.insertOrAssign(name, Kel::make<Classification::FieldSetIpPrefix>(name));
+      };
+      for (int set = 0; set < 10; ++set) {
+         defineSet(device.fieldSets->fieldSetIpPrefix(), ("s" + std::to_string(set)).c_str());
+      }
+      defineSet(device.fieldSets->fieldSetIpv6Prefix(), "six");
+      device.fieldSets->fieldSetL4Port().insertOrAssign(
+          "web",
+          Kel::make<Classification::FieldSet<Classification::L4PortFieldSetSubConfig>>("web"));
+      auto sub = device.configure("p");
+      auto pmapStatus = device.report("p");
+      std::vector<Rule> rules;
+      for (int rule = 0; rule < 40; ++rule) {
+         static char const* const kSets[] = {"s0", "s1", "s2", "s3", "s4",
+                                             "s5", "s6", "s7", "s8", "s9"};
+         rules.push_back({v4, kSets[rule % 10], "web"});
+      }
+      rules.insert(rules.end(), row.last.begin(), row.last.end());
+      for (std::uint32_t sequence = 0; sequence < rules.size(); ++sequence) {
+         auto const& rule = rules[sequence];
+         Kel::String const name("r" + std::to_string(sequence));
+         auto filter = Kel::make<Classification::StructuredFilter>();
+         filter->dstPrefixSets().insert(rule.prefixSet);
+         if (*rule.portSet) {
+            auto proto = Kel::make<Classification::ProtoField>();
+            proto->port().emplace_back().srcL4PortFieldSets().insert(rule.portSet);
+            filter->proto().insertOrAssign(Classification::ProtocolRange{6, 6}, proto);
+         }
+         auto match = Kel::make<PolicyMap::ClassMapMatch>(rule.option);
+         match->structuredFilterIs(filter);
+         auto classMap = Kel::make<PolicyMap::ClassMapConfig>(name);
+         classMap->match().insertOrAssign(rule.option, match);
+         sub->classMap().insertOrAssign(name, classMap);
+         sub->rule().insertOrAssign(sequence, name);
+         auto cmapStatus = Kel::make<PolicyMap::ClassMapStatus>(name);
+         cmapStatus->matchs().insert(rule.option);
+         pmapStatus->classMapStatus().insertOrAssign(name, cmapStatus);
+      }
+      auto show = Kel::make<ShowOverDevice>(device);
+      show->cachePoliciesState();
+      EXPECT_EQ(show->policyState("p")->undefinedFieldSet(), row.undefined);
+   }
+}
+
 }  // namespace

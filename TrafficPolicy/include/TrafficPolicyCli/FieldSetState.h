@@ -3,11 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "Kel/Entity.h"
 #include "Kel/OrderedMap.h"
 #include "Kel/Ptr.h"
 #include "Kel/String.h"
+#include "TrafficPolicyCli/RecentNames.h"
 
 namespace TrafficPolicyCli {
 
@@ -70,31 +72,90 @@ class FieldSetState : public Kel::Entity {
    Kel::Ptr<PrefixFieldSetState> ipPrefixFieldSetIs(Kel::String const& name) {
       return entryIs(ipPrefix_, name);
    }
-   void ipPrefixFieldSetDel(Kel::String const& name) { ipPrefix_.erase(name); }
-   void ipPrefixFieldSetDelAll() { ipPrefix_.clear(); }
+   void ipPrefixFieldSetDel(Kel::String const& name) {
+      ipPrefix_.erase(name);
+      forgetFound();
+   }
+   void ipPrefixFieldSetDelAll() {
+      ipPrefix_.clear();
+      forgetFound();
+   }
 
    EntryMap<PrefixFieldSetState> const& ipv6PrefixFieldSet() const noexcept { return ipv6Prefix_; }
    Kel::Ptr<PrefixFieldSetState> ipv6PrefixFieldSetIs(Kel::String const& name) {
       return entryIs(ipv6Prefix_, name);
    }
-   void ipv6PrefixFieldSetDel(Kel::String const& name) { ipv6Prefix_.erase(name); }
-   void ipv6PrefixFieldSetDelAll() { ipv6Prefix_.clear(); }
+   void ipv6PrefixFieldSetDel(Kel::String const& name) {
+      ipv6Prefix_.erase(name);
+      forgetFound();
+   }
+   void ipv6PrefixFieldSetDelAll() {
+      ipv6Prefix_.clear();
+      forgetFound();
+   }
 
    EntryMap<L4PortFieldSetState> const& l4PortFieldSet() const noexcept { return l4Port_; }
    Kel::Ptr<L4PortFieldSetState> l4PortFieldSetIs(Kel::String const& name) {
       return entryIs(l4Port_, name);
    }
-   void l4PortFieldSetDel(Kel::String const& name) { l4Port_.erase(name); }
-   void l4PortFieldSetDelAll() { l4Port_.clear(); }
+   void l4PortFieldSetDel(Kel::String const& name) {
+      l4Port_.erase(name);
+      forgetFound();
+   }
+   void l4PortFieldSetDelAll() {
+      l4Port_.clear();
+      forgetFound();
+   }
 
    EntryMap<VlanFieldSetState> const& vlanFieldSet() const noexcept { return vlan_; }
    Kel::Ptr<VlanFieldSetState> vlanFieldSetIs(Kel::String const& name) {
       return entryIs(vlan_, name);
    }
-   void vlanFieldSetDel(Kel::String const& name) { vlan_.erase(name); }
-   void vlanFieldSetDelAll() { vlan_.clear(); }
+   void vlanFieldSetDel(Kel::String const& name) {
+      vlan_.erase(name);
+      forgetFound();
+   }
+   void vlanFieldSetDelAll() {
+      vlan_.clear();
+      forgetFound();
+   }
+
+   // The entry of the named set among `entries`, one of this record's maps; null when the set is
+   // not defined. Rules name the same few sets again and again, so the entries found are kept
+   // (see RecentNames) until an entry is deleted.
+   template <typename Entry>
+   Entry const* definedEntry(EntryMap<Entry> const& entries, Kel::String const& name) const {
+      auto const search = [&entries](Kel::String const& key) -> Entry const* {
+         auto const* entry = entries.lookup(key);
+         return entry ? entry->get() : nullptr;
+      };
+      auto* found = foundIn(entries);
+      return found ? found->find(name, search) : search(name);
+   }
 
  private:
+   template <typename Entry>
+   using Found = RecentNames<Entry const*>;
+
+   template <typename Entry>
+   Found<Entry>* foundIn(EntryMap<Entry> const& entries) const noexcept {
+      if constexpr (std::is_same_v<Entry, PrefixFieldSetState>) {
+         return &entries == &ipPrefix_     ? &ipPrefixFound_
+                : &entries == &ipv6Prefix_ ? &ipv6PrefixFound_
+                                           : nullptr;
+      } else if constexpr (std::is_same_v<Entry, L4PortFieldSetState>) {
+         return &entries == &l4Port_ ? &l4PortFound_ : nullptr;
+      } else {
+         return &entries == &vlan_ ? &vlanFound_ : nullptr;
+      }
+   }
+   void forgetFound() noexcept {
+      ipPrefixFound_.clear();
+      ipv6PrefixFound_.clear();
+      l4PortFound_.clear();
+      vlanFound_.clear();
+   }
+
    // Creates the entry with the given name, or returns the one there.
    template <typename Entry>
    static Kel::Ptr<Entry> entryIs(EntryMap<Entry>& entries, Kel::String const& name) {
@@ -110,6 +171,11 @@ class FieldSetState : public Kel::Entity {
    EntryMap<PrefixFieldSetState> ipv6Prefix_;
    EntryMap<L4PortFieldSetState> l4Port_;
    EntryMap<VlanFieldSetState> vlan_;
+   // Rendering asks through a const record; what it found is not part of the record.
+   mutable Found<PrefixFieldSetState> ipPrefixFound_;
+   mutable Found<PrefixFieldSetState> ipv6PrefixFound_;
+   mutable Found<L4PortFieldSetState> l4PortFound_;
+   mutable Found<VlanFieldSetState> vlanFound_;
 };
 
 Kel::Ptr<FieldSetState> FieldSetStateIs(Kel::String const& name);

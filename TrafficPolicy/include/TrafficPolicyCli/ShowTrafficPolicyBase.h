@@ -166,9 +166,12 @@ class ShowTrafficPolicyBase : public ShowCommand {
    // Caches the rule's status at `ruleIndex` and checks its references when this direction's
    // status lists the rule as processed, leaving the match to show in `rule`; false when the rule
    // is not processed.
+   class FoundFieldSets;
    bool cacheProcessedRule(PolicyState& record, Kel::String const& policyName,
-                           Kel::String const& name, RuleEntities& rule, std::uint32_t ruleIndex);
-   void checkFieldSetReferences(PolicyState& record, PolicyMap::ClassMapMatch const& match) const;
+                           Kel::String const& name, RuleEntities& rule, std::uint32_t ruleIndex,
+                           FoundFieldSets& found);
+   void checkFieldSetReferences(PolicyState& record, PolicyMap::ClassMapMatch const& match,
+                                FoundFieldSets& found) const;
    void checkCounterReference(PolicyState& record, Kel::String const& ruleName,
                               Kel::String const& counterName) const;
 
@@ -190,6 +193,8 @@ class ShowTrafficPolicyBase : public ShowCommand {
    mutable Kel::String lastPolicyName_;
    mutable Kel::Ptr<PolicyState> lastPolicyState_;
    Kel::Ptr<CounterReader const> inputCounterHelper_;
+   // The field-set names found defined, while cachePoliciesState walks the policies.
+   FoundFieldSets* foundFieldSets_ = nullptr;
    // Joined by renderRules for the policy whose rules it renders, and forgotten when it is done.
    RuleLookups ruleLookups_;
 };

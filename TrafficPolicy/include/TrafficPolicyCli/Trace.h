@@ -6,7 +6,12 @@
 
 namespace TrafficPolicyCli {
 
-Kel::TraceFacility& traceFacility();
+// In line: the renderers test a level several times a rule, and a call for each test cost more
+// than the test.
+inline Kel::TraceFacility& traceFacility() {
+   static Kel::TraceFacility facility("TrafficPolicyCli");
+   return facility;
+}
 
 }  // namespace TrafficPolicyCli
 

@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -26,7 +27,7 @@ class VellumBuffer {
 
    void append(std::string_view text) {
       if (text.size() <= capacity_ - used_) [[likely]] {
-         std::memcpy(data_.get() + used_, text.data(), text.size());
+         copy(data_.get() + used_, text.data(), text.size());
          used_ += text.size();
       } else {
          appendSlow(text);
@@ -39,7 +40,14 @@ class VellumBuffer {
       data_[used_++] = c;
    }
    void appendFill(char fill, std::size_t count) {
-      if (count <= capacity_ - used_) [[likely]] {
+      if (count <= kShort && kShort <= capacity_ - used_) [[likely]] {
+         // An indentation: two words of the fill, of which the bytes past the count are free
+         // room that the next append writes over.
+         std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(fill);
+         std::memcpy(data_.get() + used_, &words, sizeof words);
+         std::memcpy(data_.get() + used_ + sizeof words, &words, sizeof words);
+         used_ += count;
+      } else if (count <= capacity_ - used_) {
          std::memset(data_.get() + used_, fill, count);
          used_ += count;
       } else {
@@ -62,6 +70,31 @@ class VellumBuffer {
    int fd() const noexcept { return fd_; }
 
  private:
+   // Most pieces are a label, a name or a number of a few bytes: they are copied in line as two
+   // words (or halves, or bytes) that overlap, instead of through a call of the C library's copy.
+   static constexpr std::size_t kShort = 16;
+   static void copy(char* out, char const* text, std::size_t size) noexcept {
+      auto const overlapping = [&]<typename Word>(Word) {
+         Word first;
+         Word last;
+         std::memcpy(&first, text, sizeof first);
+         std::memcpy(&last, text + size - sizeof last, sizeof last);
+         std::memcpy(out, &first, sizeof first);
+         std::memcpy(out + size - sizeof last, &last, sizeof last);
+      };
+      if (size > kShort) {
+         std::memcpy(out, text, size);
+      } else if (size >= sizeof(std::uint64_t)) {
+         overlapping(std::uint64_t{});
+      } else if (size >= sizeof(std::uint32_t)) {
+         overlapping(std::uint32_t{});
+      } else if (size != 0) {
+         out[0] = text[0];
+         out[size / 2] = text[size / 2];
+         out[size - 1] = text[size - 1];
+      }
+   }
+
    void appendSlow(std::string_view text);
    void appendFillSlow(char fill, std::size_t count);
    void writeAll(char const* data, std::size_t size);

@@ -39,8 +39,10 @@ struct Pipe {
 };
 
 TEST(VellumBufferBytes, PiecesOfEverySizeArriveInOrder) {
-   // The buffer is at least 512 bytes; these pieces land below, on and across its edge.
-   std::size_t const pieceSizes[] = {0, 1, 7, 255, 511, 512, 513, 1024, 5000};
+   // The buffer is at least 512 bytes; these pieces land below, on and across its edge. Pieces of
+   // up to 16 bytes are copied in words, halves or bytes: each size of those is here.
+   std::size_t const pieceSizes[] = {0,  1,  2,  3,  4,  5,  6,   7,   8,   9,   10,   11,
+                                     12, 13, 14, 15, 16, 17, 255, 511, 512, 513, 1024, 5000};
    for (auto pieceSize : pieceSizes) {
       auto const expected = pattern(20000);
       testing_support::MemoryFile file;
@@ -58,6 +60,23 @@ TEST(VellumBufferBytes, PiecesOfEverySizeArriveInOrder) {
       }
       EXPECT_EQ(file.contents(), expected) << "pieces of " << pieceSize;
    }
+}
+
+TEST(VellumBufferBytes, FillsOfEveryShortCountBetweenPieces) {
+   // A short fill writes whole words; what lies past its count must be written over.
+   testing_support::MemoryFile file;
+   std::string expected;
+   {
+      VellumBuffer buffer(file.fd(), 512, 1);
+      for (int round = 0; round < 40; ++round) {
+         for (std::size_t count = 0; count <= 17; ++count) {
+            buffer.appendFill(' ', count);
+            buffer.append('|');
+            expected += std::string(count, ' ') + '|';
+         }
+      }
+   }
+   EXPECT_EQ(file.contents(), expected);
 }
 
 TEST(VellumBufferBytes, FillAndReserveAcrossTheEdge) {
