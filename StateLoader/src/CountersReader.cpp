@@ -5,7 +5,7 @@
 #include <array>
 
 #include "Members.h"
-#include "ParallelMembers.h"
+#include "NameOrder.h"
 #include "TextValues.h"
 
 namespace StateLoader {
@@ -66,7 +66,7 @@ using NameOf = Kel::String (ConfiguredNames::*)(std::string_view, Where const&);
 template <std::size_t N>
 void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames const& names,
                   NameOf nameOf, std::array<Member<CounterTarget>, N> const& members) {
-   forEachMemberInParallel(
+   readMembersByName(
        node,
        [names = names, nameOf, &members](std::string_view key, Node const& value) mutable {
           auto const name = (names.*nameOf)(key, value.where);
@@ -77,13 +77,7 @@ void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNa
           data->perIntfCount() = std::move(counter.perInterface);
           return data;
        },
-       [&into](std::string_view key, Where const& where,
-               Kel::Ptr<PolicyMap::PacketDataStatus> data) {
-          auto const name = data->name();
-          if (!insertedNew(into, name, std::move(data))) {
-             failDuplicateKey(where, key);
-          }
-       });
+       into);
 }
 
 }  // namespace

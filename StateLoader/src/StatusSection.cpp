@@ -9,7 +9,7 @@
 #include "ConfiguredNames.h"
 #include "CountersReader.h"
 #include "Members.h"
-#include "ParallelMembers.h"
+#include "NameOrder.h"
 #include "Sections.h"
 #include "StateError.h"
 #include "TextValues.h"
@@ -49,20 +49,14 @@ void readMatchOptions(Node const& value, PolicyMap::ClassMapStatus& rule) {
 // A large policy's rules are read on every processor, as its configuration's are; each thread
 // looks names up with its own copy of `names`, which remembers where the last one was found.
 void readRuleStatuses(Node const& node, PolicyMapStatus& policy, ConfiguredNames const& names) {
-   forEachMemberInParallel(
+   readMembersByName(
        node,
        [names = names](std::string_view key, Node const& value) mutable {
           auto rule = Kel::make<PolicyMap::ClassMapStatus>(names.rule(key, value.where));
           readMatchOptions(value, *rule);
           return rule;
        },
-       [&policy](std::string_view key, Where const& where,
-                 Kel::Ptr<PolicyMap::ClassMapStatus> rule) {
-          auto const name = rule->name();
-          if (!insertedNew(policy.classMapStatus(), name, std::move(rule))) {
-             failDuplicateKey(where, key);
-          }
-       });
+       policy.classMapStatus());
 }
 
 constexpr std::array kInstalledMembers = {
