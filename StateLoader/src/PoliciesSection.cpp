@@ -33,14 +33,14 @@ void readMatchFor(Node const& value, ClassMapConfig& rule) {
    rule.match().insertOrAssign(option, std::move(match));
 }
 
-constexpr std::array kMatchMembers = {
+constexpr MemberTable kMatchMembers = std::array{
     Member<ClassMapConfig>{"ipv4",
                            readMatchFor<ClassMapMatchOption::ipv4, Quoll::AddressFamily::ipv4>},
     Member<ClassMapConfig>{"ipv6",
                            readMatchFor<ClassMapMatchOption::ipv6, Quoll::AddressFamily::ipv6>},
 };
 
-constexpr std::array kRuleMembers = {
+constexpr MemberTable kRuleMembers = std::array{
     Member<RuleTarget>{"sequence",
                        [](Node const& value, RuleTarget& rule) {
                           rule.sequence = static_cast<std::uint32_t>(asUnsigned(value, UINT32_MAX));
@@ -96,7 +96,7 @@ void readRules(Node const& value, PolicyMapSubConfig& policy) {
    });
 }
 
-constexpr std::array kPolicyMembers = {
+constexpr MemberTable kPolicyMembers = std::array{
     Member<PolicyMapSubConfig>{"namedCounters",
                                [](Node const& value, PolicyMapSubConfig& policy) {
                                   readNameList(value, "counter name", policy.namedCounter());

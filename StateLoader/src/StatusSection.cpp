@@ -59,7 +59,7 @@ void readRuleStatuses(Node const& node, PolicyMapStatus& policy, ConfiguredNames
        policy.classMapStatus());
 }
 
-constexpr std::array kInstalledMembers = {
+constexpr MemberTable kInstalledMembers = std::array{
     Member<InstalledStatus>{"state",
                             [](Node const& value, InstalledStatus& installed) {
                                installed.state =
@@ -79,7 +79,7 @@ void readInstalled(Node const& value, PolicyMap::IntfStatus& intf) {
    intf.installed().insertOrAssign(option, std::move(installed));
 }
 
-constexpr std::array kIntfStatusMembers = {
+constexpr MemberTable kIntfStatusMembers = std::array{
     Member<PolicyMap::IntfStatus>{"ipv4", readInstalled<ClassMapMatchOption::ipv4>},
     Member<PolicyMap::IntfStatus>{"ipv6", readInstalled<ClassMapMatchOption::ipv6>},
 };
@@ -103,7 +103,7 @@ struct PolicyStatusTarget {
    ConfiguredNames const& names;
 };
 
-constexpr std::array kPolicyStatusMembers = {
+constexpr MemberTable kPolicyStatusMembers = std::array{
     Member<PolicyStatusTarget>{"rules",
                                [](Node const& value, PolicyStatusTarget& policy) {
                                   readRuleStatuses(value, policy.status, policy.names);
@@ -168,7 +168,7 @@ void readPolicyStatuses(Node const& node, DirectionTarget& target) {
        });
 }
 
-constexpr std::array kDirectionMembers = {
+constexpr MemberTable kDirectionMembers = std::array{
     Member<DirectionTarget>{"byteCountersSupported",
                             [](Node const& value, DirectionTarget& target) {
                                target.direction.status->byteCountersSupportedIs(asBool(value));
@@ -186,7 +186,7 @@ void readDirection(Node const& value, DeviceState& state) {
    readMembers(value, kDirectionMembers, target);
 }
 
-constexpr std::array kStatusMembers = {
+constexpr MemberTable kStatusMembers = std::array{
     Member<DeviceState>{"interfaceInput", readDirection<&DeviceState::interfaceInput>},
     Member<DeviceState>{"interfaceOutput", readDirection<&DeviceState::interfaceOutput>},
     Member<DeviceState>{"cpu", readDirection<&DeviceState::cpu>},
