@@ -19,8 +19,8 @@ void sortByName(std::span<std::string_view const> names, std::vector<std::uint32
    };
    // Where each ascending run starts, and the end.
    std::vector<std::size_t> starts{0};
-   for (std::uint32_t at = 1; at < count; ++at) {
-      if (before(at, at - 1)) {
+   for (std::size_t at = 1; at < count; ++at) {
+      if (before(order[at], order[at - 1])) {
          starts.push_back(at);
       }
    }
