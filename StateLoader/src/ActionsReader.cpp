@@ -53,7 +53,7 @@ struct PoliceTarget {
    PolicyMap::RateUnit unit = PolicyMap::RateUnit::bps;
 };
 
-constexpr std::array kPoliceMembers = {
+constexpr MemberTable kPoliceMembers = std::array{
     Member<PoliceTarget>{"rate",
                          [](Node const& value, PoliceTarget& police) {
                             police.rate = asUnsigned(value, UINT64_MAX);
@@ -76,7 +76,7 @@ void readPolice(Node const& value, ClassAction& actions) {
 // when it is left out.
 template <typename ActionClass, std::string_view const& key, std::string_view const& what>
 void readNamedTarget(Node const& value, ClassAction& actions) {
-   static constexpr std::array kMembers = {Member<Kel::String>{
+   static constexpr MemberTable kMembers = std::array{Member<Kel::String>{
        key, [](Node const& name, Kel::String& target) { target = readName(name, what); }}};
    Kel::String target;
    readMembers(value, kMembers, target);
@@ -111,7 +111,7 @@ void readNexthopGroups(Node const& value, ClassAction& actions) {
    add(actions, redirect);
 }
 
-constexpr std::array kTapAggMembers = {
+constexpr MemberTable kTapAggMembers = std::array{
     Member<TapAgg::TapAggActionSetAggGroup>{
         "groups",
         [](Node const& value, TapAgg::TapAggActionSetAggGroup& redirect) {
@@ -138,7 +138,7 @@ void readStripHeaderBytes(Node const& value, ClassAction& actions) {
        Kel::make<TapAgg::TapAggActionStripHeaderBytes>(readText(value, "header-strip text")));
 }
 
-constexpr std::array kActionMembers = {
+constexpr MemberTable kActionMembers = std::array{
     Member<ClassAction>{"drop", readPlainAction<ActionType::drop>},
     Member<ClassAction>{"police", readPolice},
     Member<ClassAction>{"count",

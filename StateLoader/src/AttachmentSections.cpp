@@ -33,7 +33,7 @@ void readVrfByInterface(Node const& node, L3::Intf::StatusDir& statusDir) {
    });
 }
 
-constexpr std::array kInterfacesMembers = {
+constexpr MemberTable kInterfacesMembers = std::array{
     Member<DeviceState>{"input",
                         [](Node const& value, DeviceState& state) {
                            readPolicyByInterface(value, *state.intfConfigInput);
@@ -57,7 +57,7 @@ void readPolicyByVrf(Node const& node, PolicyMap::VrfConfig& config) {
    });
 }
 
-constexpr std::array kVrfsMembers = {
+constexpr MemberTable kVrfsMembers = std::array{
     Member<DeviceState>{"names",
                         [](Node const& value, DeviceState& state) {
                            readNameList(value, kVrfName, state.allVrfConfig->vrf());

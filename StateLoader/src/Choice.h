@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Members.h"
 #include "Node.h"
 
 namespace StateLoader {
@@ -22,7 +23,7 @@ Meaning readChoice(Node const& node, std::array<Choice<Meaning>, N> const& choic
                    std::string_view what) {
    auto const word = asString(node);
    for (auto const& [name, meaning] : choices) {
-      if (name == word) {
+      if (sameKey(name, word)) {
          return meaning;
       }
    }

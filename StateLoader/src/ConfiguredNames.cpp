@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "Members.h"
 #include "TextValues.h"
 
 namespace StateLoader {
@@ -12,7 +13,7 @@ namespace {
 template <typename Iterator, typename End, typename NameOf>
 Kel::String const* takeIfNext(Iterator& next, End const& end, std::string_view text,
                               NameOf nameOf) {
-   if (next == end || nameOf(*next) != text) {
+   if (next == end || !sameKey(nameOf(*next), text)) {
       return nullptr;
    }
    return &nameOf(*next++);
@@ -95,7 +96,7 @@ Kel::String const* ConfiguredNames::ruleAhead(std::string_view text) {
    auto const end = policy_->rule().end();
    auto at = nextBySequence_;
    for (std::size_t passed = 0; at != end && ++at != end && passed < kRulesPassedOver; ++passed) {
-      if (at->second == text) {
+      if (sameKey(at->second, text)) {
          nextBySequence_ = std::next(at);
          return &at->second;
       }

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "Members.h"
-#include "ParallelMembers.h"
+#include "NameOrder.h"
 #include "TextValues.h"
 
 namespace StateLoader {
@@ -28,7 +28,7 @@ void readBytes(Node const& value, PacketAndByte& count) {
    count.bytes = asUnsigned(value, UINT64_MAX);
 }
 
-constexpr std::array kInterfaceCountMembers = {
+constexpr MemberTable kInterfaceCountMembers = std::array{
     Member<PacketAndByte>{"packets", readPackets, true},
     Member<PacketAndByte>{"bytes", readBytes},
 };
@@ -44,7 +44,7 @@ void readPerInterface(Node const& value, CounterTarget& counter) {
    });
 }
 
-constexpr std::array kRuleCounterMembers = {
+constexpr MemberTable kRuleCounterMembers = std::array{
     Member<CounterTarget>{"instanceId",
                           [](Node const& value, CounterTarget& counter) {
                              counter.instanceId = asUnsigned(value, UINT64_MAX);
@@ -65,8 +65,8 @@ using NameOf = Kel::String (ConfiguredNames::*)(std::string_view, Where const&);
 // A large policy's counters are read on every processor, as its rules are.
 template <std::size_t N>
 void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNames const& names,
-                  NameOf nameOf, std::array<Member<CounterTarget>, N> const& members) {
-   forEachMemberInParallel(
+                  NameOf nameOf, MemberTable<CounterTarget, N> const& members) {
+   readMembersByName(
        node,
        [names = names, nameOf, &members](std::string_view key, Node const& value) mutable {
           auto const name = (names.*nameOf)(key, value.where);
@@ -77,13 +77,7 @@ void readCounters(Node const& node, PolicyMap::PacketDataMap& into, ConfiguredNa
           data->perIntfCount() = std::move(counter.perInterface);
           return data;
        },
-       [&into](std::string_view key, Where const& where,
-               Kel::Ptr<PolicyMap::PacketDataStatus> data) {
-          auto const name = data->name();
-          if (!insertedNew(into, name, std::move(data))) {
-             failDuplicateKey(where, key);
-          }
-       });
+       into);
 }
 
 }  // namespace

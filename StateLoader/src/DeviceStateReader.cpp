@@ -160,7 +160,7 @@ void meet(Node const& value, SectionReading& reading) {
    reading.met(index, value);
 }
 
-constexpr std::array kSectionMembers = {
+constexpr MemberTable kSectionMembers = std::array{
     Member<SectionReading>{kSectionKeys[hardwareSection], meet<hardwareSection>},
     Member<SectionReading>{kSectionKeys[fieldSetsSection], meet<fieldSetsSection>},
     Member<SectionReading>{kSectionKeys[trafficPoliciesSection], meet<trafficPoliciesSection>},

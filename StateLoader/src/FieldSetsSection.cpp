@@ -32,7 +32,7 @@ void readSource(Node const& value, SubConfig& contents) {
 }
 
 template <AddressFamily family>
-constexpr std::array kPrefixSetMembers = {
+constexpr MemberTable kPrefixSetMembers = std::array{
     Member<PrefixFieldSetSubConfig>{"source", readSource<PrefixFieldSetSubConfig>},
     Member<PrefixFieldSetSubConfig>{"prefixes",
                                     [](Node const& value, PrefixFieldSetSubConfig& contents) {
@@ -45,7 +45,7 @@ constexpr std::array kPrefixSetMembers = {
 };
 
 template <std::string_view const& key, RangeKind const& kind>
-constexpr std::array kRangeSetMembers = {
+constexpr MemberTable kRangeSetMembers = std::array{
     Member<RangeFieldSetSubConfig>{"source", readSource<RangeFieldSetSubConfig>},
     Member<RangeFieldSetSubConfig>{key,
                                    [](Node const& value, RangeFieldSetSubConfig& contents) {
@@ -59,7 +59,7 @@ constexpr std::string_view kVlansKey = "vlans";
 // Every set of one kind: its name as the key, its contents read by `members`.
 template <typename SubConfig, typename Contents, std::size_t N>
 void readNamedSets(Node const& node, FieldSetMap<SubConfig>& sets,
-                   std::array<Member<Contents>, N> const& members) {
+                   MemberTable<Contents, N> const& members) {
    forEachMember(node, [&sets, &members](std::string_view key, Node const& value) {
       auto const name = checkedName(key, "field-set name", value.where);
       auto contents = Kel::make<SubConfig>();
@@ -72,7 +72,7 @@ void readNamedSets(Node const& node, FieldSetMap<SubConfig>& sets,
    });
 }
 
-constexpr std::array kFieldSetsMembers = {
+constexpr MemberTable kFieldSetsMembers = std::array{
     Member<Classification::FieldSetConfig>{
         "ipv4Prefix",
         [](Node const& value, Classification::FieldSetConfig& config) {

@@ -59,7 +59,7 @@ void readFlag(Node const& value, FilterTarget& target) {
    (target.filter.*set)(asBool(value));
 }
 
-constexpr std::array kVlanTagMembers = {
+constexpr MemberTable kVlanTagMembers = std::array{
     Member<VlanRangeSet>{
         "vlans",
         [](Node const& value, VlanRangeSet& tag) { readRangeList(value, kVlans, tag.vlans()); }},
@@ -88,7 +88,7 @@ void readPortSetNames(Node const& value, PortField& ports) {
    readNameList(value, kFieldSetName, (ports.*collection)());
 }
 
-constexpr std::array kPortMembers = {
+constexpr MemberTable kPortMembers = std::array{
     Member<PortField>{"sources", readPorts<&PortField::sport>},
     Member<PortField>{"destinations", readPorts<&PortField::dport>},
     Member<PortField>{"sourceFieldSets", readPortSetNames<&PortField::srcL4PortFieldSets>},
@@ -122,7 +122,7 @@ void readTcpFlag(Node const& value, TcpFlagGroup& group) {
    }
 }
 
-constexpr std::array kTcpFlagMembers = {
+constexpr MemberTable kTcpFlagMembers = std::array{
     Member<TcpFlagGroup>{"fin", readTcpFlag<Classification::tcpFin>},
     Member<TcpFlagGroup>{"syn", readTcpFlag<Classification::tcpSyn>},
     Member<TcpFlagGroup>{"rst", readTcpFlag<Classification::tcpRst>},
@@ -148,7 +148,7 @@ void readTcpFlags(Node const& value, ProtocolTarget& target) {
    });
 }
 
-constexpr std::array kProtocolMembers = {
+constexpr MemberTable kProtocolMembers = std::array{
     Member<ProtocolTarget>{"ports", readPortFields},
     Member<ProtocolTarget>{"icmpTypes", readIcmpTypes},
     Member<ProtocolTarget>{"tcpFlags", readTcpFlags},
@@ -199,7 +199,7 @@ struct FragmentTarget {
    Classification::Fragment fragment;
 };
 
-constexpr std::array kFragmentMembers = {
+constexpr MemberTable kFragmentMembers = std::array{
     Member<FragmentTarget>{
         "all", [](Node const& value, FragmentTarget& target) { target.all = asBool(value); }},
     Member<FragmentTarget>{"offsets",
@@ -226,7 +226,7 @@ constexpr std::array kAddressFamilies = {
     Choice<AddressFamily>{"ipv6", AddressFamily::ipv6},
 };
 
-constexpr std::array kAddressMembers = {
+constexpr MemberTable kAddressMembers = std::array{
     Member<FilterTarget>{"sources", readPrefixes<&StructuredFilter::sources>},
     Member<FilterTarget>{"sourcePrefixSets", readPrefixSetNames<&StructuredFilter::srcPrefixSets>},
     Member<FilterTarget>{"sourceLpms", readPrefixes<&StructuredFilter::sourceLpms>},
@@ -250,7 +250,7 @@ constexpr auto kInnerMembers =
 // A filter of the given family read with `members`, then checked as a whole.
 template <std::size_t N>
 Kel::Ptr<StructuredFilter> readFilterWith(Node const& node, AddressFamily family,
-                                          std::array<Member<FilterTarget>, N> const& members,
+                                          MemberTable<FilterTarget, N> const& members,
                                           void (*check)(StructuredFilter const&, Where const&)) {
    auto filter = Kel::make<StructuredFilter>();
    filter->addressFamilyIs(family);
@@ -278,7 +278,7 @@ constexpr std::array kEncapsulationTypes = {
     Choice<Classification::EncapsulationType>{"gtpv1", Classification::EncapsulationType::gtpv1},
 };
 
-constexpr std::array kEncapsulationMembers = {
+constexpr MemberTable kEncapsulationMembers = std::array{
     Member<StructuredFilter>{"type",
                              [](Node const& value, StructuredFilter& filter) {
                                 filter.encapFieldIs(

@@ -23,7 +23,7 @@ void readGranularity(Node const& value, DeviceState& state) {
    ((*state.intfParamStatus).*set)(readChoice(value, kGranularities, "counter granularity"));
 }
 
-constexpr std::array kHardwareMembers = {
+constexpr MemberTable kHardwareMembers = std::array{
     Member<DeviceState>{"sharedMemoryCounters",
                         [](Node const& value, DeviceState& state) {
                            state.hwStatus->sharedMemoryCountersIs(asBool(value));

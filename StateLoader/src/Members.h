@@ -5,10 +5,13 @@
 // is inserted into the model.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <type_traits>
 
 #include "Kel/String.h"
 #include "Node.h"
@@ -21,6 +24,28 @@ struct Member {
    void (*read)(Node const& value, Target& target);
    bool required = false;
 };
+
+// A table of members with the keys an object must have as bits, settled when the table is made,
+// so that checking for them is one comparison, not a walk over the table for every object.
+template <typename Target, std::size_t N>
+struct MemberTable {
+   static_assert(N <= 64, "one bit of the seen mask per key");
+
+   constexpr MemberTable(std::array<Member<Target>, N> const& table)  // NOLINT: a table is one
+       : members(table) {
+      for (std::size_t index = 0; index < N; ++index) {
+         if (table[index].required) {
+            required |= std::uint64_t{1} << index;
+         }
+      }
+   }
+
+   std::array<Member<Target>, N> members;
+   std::uint64_t required = 0;
+};
+
+template <typename Target, std::size_t N>
+MemberTable(std::array<Member<Target>, N> const&) -> MemberTable<Target, N>;
 
 [[noreturn]] void failUnknownKey(Where const& where, std::string_view key,
                                  std::span<std::string_view const> known);
@@ -68,10 +93,19 @@ std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::strin
    failUnknownKey(where, key, known);
 }
 
+// Refuses an object for the first required key of the table that it lacks.
 template <typename Target, std::size_t N>
-void readMembers(Node const& object, std::array<Member<Target>, N> const& members, Target& target,
+[[noreturn]] void failFirstMissing(Node const& object, MemberTable<Target, N> const& table,
+                                   std::uint64_t seen) {
+   auto const missing = table.required & ~seen;
+   failMissingKey(object.where,
+                  table.members[static_cast<std::size_t>(std::countr_zero(missing))].key);
+}
+
+template <typename Target, std::size_t N>
+void readMembers(Node const& object, MemberTable<Target, N> const& table, Target& target,
                  Behind behind = Behind::released) {
-   static_assert(N <= 64, "one bit of the seen mask per key");
+   auto const& members = table.members;
    std::uint64_t seen = 0;
    std::size_t next = 0;
    forEachMember(
@@ -87,26 +121,31 @@ void readMembers(Node const& object, std::array<Member<Target>, N> const& member
           members[index].read(value, target);
        },
        behind);
-   for (std::size_t index = 0; index < N; ++index) {
-      if (members[index].required && !(seen & std::uint64_t{1} << index)) {
-         failMissingKey(object.where, members[index].key);
-      }
+   if ((seen & table.required) != table.required) {
+      failFirstMissing(object, table, seen);
    }
 }
 
-// One table made of two, for objects that share part of their vocabulary.
-template <typename Target, std::size_t First, std::size_t Second>
-constexpr std::array<Member<Target>, First + Second> joined(
-    std::array<Member<Target>, First> const& first,
-    std::array<Member<Target>, Second> const& second) {
-   std::array<Member<Target>, First + Second> both{};
-   for (std::size_t index = 0; index < First; ++index) {
-      both[index] = first[index];
-   }
-   for (std::size_t index = 0; index < Second; ++index) {
-      both[First + index] = second[index];
-   }
-   return both;
+template <typename Target, std::size_t N>
+constexpr std::array<Member<Target>, N> const& membersOf(MemberTable<Target, N> const& table) {
+   return table.members;
+}
+template <typename Target, std::size_t N>
+constexpr std::array<Member<Target>, N> const& membersOf(
+    std::array<Member<Target>, N> const& members) {
+   return members;
+}
+
+// One table made of two (tables or arrays of members), for objects that share part of their
+// vocabulary.
+template <typename First, typename Second>
+constexpr auto joined(First const& first, Second const& second) {
+   using Head = std::remove_cvref_t<decltype(membersOf(first))>;
+   using Tail = std::remove_cvref_t<decltype(membersOf(second))>;
+   std::array<typename Head::value_type, std::tuple_size_v<Head> + std::tuple_size_v<Tail>> both{};
+   std::ranges::copy(membersOf(first), both.begin());
+   std::ranges::copy(membersOf(second), both.begin() + std::tuple_size_v<Head>);
+   return MemberTable(both);
 }
 
 // Enters an entry into a model map; false when the key was there already (the entry is then

@@ -6,6 +6,7 @@
 #include "ActionsReader.h"
 #include "FilterReader.h"
 #include "Members.h"
+#include "NameOrder.h"
 #include "ParallelMembers.h"
 #include "Sections.h"
 #include "StateError.h"
@@ -32,14 +33,14 @@ void readMatchFor(Node const& value, ClassMapConfig& rule) {
    rule.match().insertOrAssign(option, std::move(match));
 }
 
-constexpr std::array kMatchMembers = {
+constexpr MemberTable kMatchMembers = std::array{
     Member<ClassMapConfig>{"ipv4",
                            readMatchFor<ClassMapMatchOption::ipv4, Quoll::AddressFamily::ipv4>},
     Member<ClassMapConfig>{"ipv6",
                            readMatchFor<ClassMapMatchOption::ipv6, Quoll::AddressFamily::ipv6>},
 };
 
-constexpr std::array kRuleMembers = {
+constexpr MemberTable kRuleMembers = std::array{
     Member<RuleTarget>{"sequence",
                        [](Node const& value, RuleTarget& rule) {
                           rule.sequence = static_cast<std::uint32_t>(asUnsigned(value, UINT32_MAX));
@@ -55,36 +56,47 @@ constexpr std::array kRuleMembers = {
                        }},
 };
 
-void enterSequence(PolicyMapSubConfig& policy, RuleTarget const& rule, Where const& where) {
-   if (auto const* holder = policy.rule().lookup(rule.sequence)) {
-      fail(where.member("sequence"), "sequence number " + std::to_string(rule.sequence) +
-                                         " is already used by rule " + quoted(*holder));
+// Sequences come in ascending order: each is entered after one comparison, and a number given
+// twice keeps the rule that had it first, for the message.
+void enterSequence(PolicyMapSubConfig& policy, std::uint32_t sequence, Kel::String const& name,
+                   Where const& where) {
+   auto const before = policy.rule().size();
+   auto const& holder = policy.rule().getOrCreate(sequence, name);
+   if (policy.rule().size() == before) {
+      fail(where.member("sequence"), "sequence number " + std::to_string(sequence) +
+                                         " is already used by rule " + quoted(holder));
    }
-   policy.rule().insertOrAssign(rule.sequence, rule.classMap->name());
 }
 
 void readRules(Node const& value, PolicyMapSubConfig& policy) {
-   forEachMemberInParallel(
-       value,
-       [](std::string_view key, Node const& entry) {
-          auto const name = checkedName(key, "rule name", entry.where);
-          RuleTarget rule{Kel::make<ClassMapConfig>(name), nullptr};
-          readMembers(entry, kRuleMembers, rule);
-          return rule;
-       },
-       [&policy](std::string_view key, Where const& where, RuleTarget rule) {
-          auto const& name = rule.classMap->name();
-          if (!insertedNew(policy.classMap(), name, rule.classMap)) {
-             failDuplicateKey(where, key);
-          }
-          enterSequence(policy, rule, where);
-          if (rule.actions) {
-             policy.classAction().insertOrAssign(name, rule.actions);
-          }
-       });
+   NameOrdered<RuleTarget> rules(value);
+   rules.gather([&] {
+      forEachMemberInParallel(
+          value,
+          [](std::string_view key, Node const& entry) {
+             auto const name = checkedName(key, "rule name", entry.where);
+             RuleTarget rule{Kel::make<ClassMapConfig>(name), nullptr};
+             readMembers(entry, kRuleMembers, rule);
+             return rule;
+          },
+          [&policy, &rules](std::string_view, Where const& where, RuleTarget rule) {
+             // The entity keeps the name where it is while the rule waits to be entered.
+             auto const sequence = rule.sequence;
+             auto const& name = rule.classMap->name();
+             rules.add(name, std::move(rule));
+             enterSequence(policy, sequence, name, where);
+          });
+   });
+   rules.enter([&policy](RuleTarget rule) {
+      auto const& name = rule.classMap->name();
+      if (rule.actions) {
+         policy.classAction().insertOrAssign(name, std::move(rule.actions));
+      }
+      policy.classMap().insertOrAssign(name, std::move(rule.classMap));
+   });
 }
 
-constexpr std::array kPolicyMembers = {
+constexpr MemberTable kPolicyMembers = std::array{
     Member<PolicyMapSubConfig>{"namedCounters",
                                [](Node const& value, PolicyMapSubConfig& policy) {
                                   readNameList(value, "counter name", policy.namedCounter());

@@ -46,7 +46,7 @@ PacketAndByte& countOf(NamedSnapshot& target) {
 }
 
 template <typename Target>
-constexpr std::array kCountMembers = {
+constexpr MemberTable kCountMembers = std::array{
     Member<Target>{"instanceId",
                    [](Node const& value, Target& target) { target.instanceId = readCount(value); },
                    true},
@@ -76,8 +76,8 @@ constexpr auto kNamedMembers =
            std::array{Member<NamedSnapshot>{"interfaces", readPerInterface}});
 
 // Rules carry packets only; a count of bytes is refused rather than dropped unseen.
-constexpr std::array kRuleMembers = {kCountMembers<IntfSnapshot>[0],
-                                     kCountMembers<IntfSnapshot>[1]};
+constexpr MemberTable kRuleMembers =
+    std::array{kCountMembers<IntfSnapshot>.members[0], kCountMembers<IntfSnapshot>.members[1]};
 
 // Calls visit(policy name, counter name, entry) for every entry of a section, whose objects are
 // keyed by policy, then by counter.
@@ -131,7 +131,7 @@ void readTimestamp(Node const& value, Counter& counter) {
    counter.timestampIs(seconds.value_unsafe());
 }
 
-constexpr std::array kStoreMembers = {
+constexpr MemberTable kStoreMembers = std::array{
     Member<Counter>{"timestamp", readTimestamp},
     Member<Counter>{"ruleCounters", readRuleSnapshots},
     Member<Counter>{"namedCounters", readNamedSnapshots},
@@ -142,12 +142,12 @@ void readDirection(Node const& value, DeviceState& state) {
    readMembers(value, kStoreMembers, *(state.*kSnapshotDirections[index].direction).counter);
 }
 
-constexpr std::array kDirectionMembers = {
+constexpr MemberTable kDirectionMembers = std::array{
     Member<DeviceState>{kSnapshotDirections[0].key, readDirection<0>},
     Member<DeviceState>{kSnapshotDirections[1].key, readDirection<1>},
     Member<DeviceState>{kSnapshotDirections[2].key, readDirection<2>},
 };
-static_assert(kDirectionMembers.size() == kSnapshotDirections.size());
+static_assert(kDirectionMembers.members.size() == kSnapshotDirections.size());
 
 // The checked file is parsed through its own descriptor, so that the file parsed is the file
 // checked even if the name is pointed elsewhere in between.

@@ -9,7 +9,7 @@
 #include "ConfiguredNames.h"
 #include "CountersReader.h"
 #include "Members.h"
-#include "ParallelMembers.h"
+#include "NameOrder.h"
 #include "Sections.h"
 #include "StateError.h"
 #include "TextValues.h"
@@ -49,23 +49,17 @@ void readMatchOptions(Node const& value, PolicyMap::ClassMapStatus& rule) {
 // A large policy's rules are read on every processor, as its configuration's are; each thread
 // looks names up with its own copy of `names`, which remembers where the last one was found.
 void readRuleStatuses(Node const& node, PolicyMapStatus& policy, ConfiguredNames const& names) {
-   forEachMemberInParallel(
+   readMembersByName(
        node,
        [names = names](std::string_view key, Node const& value) mutable {
           auto rule = Kel::make<PolicyMap::ClassMapStatus>(names.rule(key, value.where));
           readMatchOptions(value, *rule);
           return rule;
        },
-       [&policy](std::string_view key, Where const& where,
-                 Kel::Ptr<PolicyMap::ClassMapStatus> rule) {
-          auto const name = rule->name();
-          if (!insertedNew(policy.classMapStatus(), name, std::move(rule))) {
-             failDuplicateKey(where, key);
-          }
-       });
+       policy.classMapStatus());
 }
 
-constexpr std::array kInstalledMembers = {
+constexpr MemberTable kInstalledMembers = std::array{
     Member<InstalledStatus>{"state",
                             [](Node const& value, InstalledStatus& installed) {
                                installed.state =
@@ -85,7 +79,7 @@ void readInstalled(Node const& value, PolicyMap::IntfStatus& intf) {
    intf.installed().insertOrAssign(option, std::move(installed));
 }
 
-constexpr std::array kIntfStatusMembers = {
+constexpr MemberTable kIntfStatusMembers = std::array{
     Member<PolicyMap::IntfStatus>{"ipv4", readInstalled<ClassMapMatchOption::ipv4>},
     Member<PolicyMap::IntfStatus>{"ipv6", readInstalled<ClassMapMatchOption::ipv6>},
 };
@@ -109,7 +103,7 @@ struct PolicyStatusTarget {
    ConfiguredNames const& names;
 };
 
-constexpr std::array kPolicyStatusMembers = {
+constexpr MemberTable kPolicyStatusMembers = std::array{
     Member<PolicyStatusTarget>{"rules",
                                [](Node const& value, PolicyStatusTarget& policy) {
                                   readRuleStatuses(value, policy.status, policy.names);
@@ -174,7 +168,7 @@ void readPolicyStatuses(Node const& node, DirectionTarget& target) {
        });
 }
 
-constexpr std::array kDirectionMembers = {
+constexpr MemberTable kDirectionMembers = std::array{
     Member<DirectionTarget>{"byteCountersSupported",
                             [](Node const& value, DirectionTarget& target) {
                                target.direction.status->byteCountersSupportedIs(asBool(value));
@@ -192,7 +186,7 @@ void readDirection(Node const& value, DeviceState& state) {
    readMembers(value, kDirectionMembers, target);
 }
 
-constexpr std::array kStatusMembers = {
+constexpr MemberTable kStatusMembers = std::array{
     Member<DeviceState>{"interfaceInput", readDirection<&DeviceState::interfaceInput>},
     Member<DeviceState>{"interfaceOutput", readDirection<&DeviceState::interfaceOutput>},
     Member<DeviceState>{"cpu", readDirection<&DeviceState::cpu>},
