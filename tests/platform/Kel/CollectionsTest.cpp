@@ -155,6 +155,12 @@ TEST(OrderedMap, AgreesWithATreeAcrossChunks) {
          insert(map, order.key(i));
          tree[order.key(i)] = std::to_string(order.key(i));
       }
+      // Every key again, wherever it stands in its chunk: found, not added.
+      auto const changeCount = map.changeCount();
+      for (int i = 0; i < kKeys; ++i) {
+         EXPECT_EQ(map.getOrCreate(order.key(i)), std::to_string(order.key(i))) << order.name;
+      }
+      EXPECT_EQ(map.changeCount(), changeCount) << order.name;
       for (int key = 0; key <= kKeys; key += 3) {
          EXPECT_EQ(map.erase(key), tree.erase(key) == 1) << order.name << " " << key;
       }

@@ -98,21 +98,36 @@ class SortedChunks {
             reallocate(size());
          }
       }
-      void insert(std::size_t position, Value value) {
+      // Puts the value before the entry at `position`; a full chunk first grows to `grown`
+      // entries, moving its entries once, around the new one.
+      void insert(std::size_t position, Value&& value, std::size_t grown) {
          if (size() == capacity()) {
-            reserve(std::max<std::size_t>(1, std::min(kChunkCapacity, 2 * size())));
+            insertGrown(position, std::move(value), grown);
+            return;
          }
          auto* at = begin() + position;
-         if (at == end()) {
-            new (at) Value(std::move(value));
-         } else {
-            new (end()) Value(std::move(back()));
-            std::move_backward(at, end() - 1, end());
-            *at = std::move(value);
-         }
+         new (end()) Value(std::move(back()));
+         std::move_backward(at, end() - 1, end());
+         *at = std::move(value);
          ++header_->size;
       }
-      void push_back(Value value) { insert(size(), std::move(value)); }
+      // Past the last entry; a full chunk doubles, up to a full chunk.
+      void push_back(Value&& value) {
+         if (size() == capacity()) {
+            reallocate(std::max<std::size_t>(1, std::min(kChunkCapacity, 2 * size())));
+         }
+         new (end()) Value(std::move(value));
+         ++header_->size;
+      }
+      // A new chunk, just large enough, with the entries from `from` on, which leave this one.
+      Chunk splitOff(std::size_t from) {
+         Chunk upper;
+         upper.header_ = allocate(size() - from);
+         std::uninitialized_move(begin() + from, end(), upper.entries());
+         upper.header_->size = upper.header_->capacity;
+         truncate(from);
+         return upper;
+      }
       void erase(std::size_t position) {
          std::move(begin() + position + 1, end(), begin() + position);
          truncate(size() - 1);
@@ -127,11 +142,15 @@ class SortedChunks {
     private:
       Value* entries() const noexcept { return reinterpret_cast<Value*>(header_ + 1); }
 
-      void reallocate(std::size_t capacity) {
-         auto* moved = new (::operator new(sizeof(Header) + capacity * sizeof(Value))) Header{};
-         moved->capacity = static_cast<std::uint8_t>(capacity);
+      static Header* allocate(std::size_t capacity) {
+         auto* allocated = new (::operator new(sizeof(Header) + capacity * sizeof(Value))) Header{};
+         allocated->capacity = static_cast<std::uint8_t>(capacity);
+         return allocated;
+      }
+      // Gives this chunk's entries' new room its part of the collection and frees the old room,
+      // once the entries have been moved there.
+      void adopt(Header* moved) noexcept {
          if (header_) {
-            std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
             moved->changeCount = header_->changeCount;
             moved->more = header_->more;
             moved->size = header_->size;
@@ -139,6 +158,20 @@ class SortedChunks {
             ::operator delete(header_);
          }
          header_ = moved;
+      }
+      void reallocate(std::size_t capacity) {
+         auto* moved = allocate(capacity);
+         std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
+         adopt(moved);
+      }
+      void insertGrown(std::size_t position, Value&& value, std::size_t grown) {
+         auto* moved = allocate(grown);
+         auto* into = reinterpret_cast<Value*>(moved + 1);
+         std::uninitialized_move(begin(), begin() + position, into);
+         new (into + position) Value(std::move(value));
+         std::uninitialized_move(begin() + position, end(), into + position + 1);
+         adopt(moved);
+         ++header_->size;
       }
 
       Header* header_ = nullptr;
@@ -189,12 +222,15 @@ class SortedChunks {
    std::uint64_t changeCount() const noexcept { return first_.changeCount(); }
    void countChange() noexcept { ++first_.header().changeCount; }
 
+   // Holds the entry it stands on and the end of that entry's chunk, so that a step within a
+   // chunk is one increment and one comparison; the collection is consulted only to pass from
+   // one chunk to the next. The end has no entry.
    template <bool isConst>
    class Iterator {
       using Owner = std::conditional_t<isConst, SortedChunks const*, SortedChunks*>;
 
     public:
-      using iterator_category = std::bidirectional_iterator_tag;
+      using iterator_category = std::forward_iterator_tag;
       using value_type = Value;
       using difference_type = std::ptrdiff_t;
       using reference = std::conditional_t<isConst, Value const&, Value&>;
@@ -203,14 +239,16 @@ class SortedChunks {
       Iterator() = default;
       template <bool otherConst>
       requires(isConst && !otherConst) Iterator(Iterator<otherConst> const& other)
-          : owner_(other.owner_), place_(other.place_) {}
+          : owner_(other.owner_),
+            chunk_(other.chunk_),
+            at_(other.at_),
+            chunkEnd_(other.chunkEnd_) {}
 
-      reference operator*() const { return owner_->chunk(place_.chunk)[place_.position]; }
-      pointer operator->() const { return &**this; }
+      reference operator*() const { return *at_; }
+      pointer operator->() const { return at_; }
       Iterator& operator++() {
-         if (++place_.position == owner_->chunk(place_.chunk).size()) {
-            ++place_.chunk;
-            place_.position = 0;
+         if (++at_ == chunkEnd_) {
+            enterChunk(chunk_ + 1);
          }
          return *this;
       }
@@ -219,30 +257,38 @@ class SortedChunks {
          ++*this;
          return before;
       }
-      Iterator& operator--() {
-         if (place_.position == 0) {
-            place_.position = owner_->chunk(--place_.chunk).size();
-         }
-         --place_.position;
-         return *this;
-      }
-      Iterator operator--(int) {
-         auto before = *this;
-         --*this;
-         return before;
-      }
       friend bool operator==(Iterator const& left, Iterator const& right) {
-         return left.place_.chunk == right.place_.chunk &&
-                left.place_.position == right.place_.position;
+         return left.at_ == right.at_;
       }
 
     private:
       friend class SortedChunks;
       friend class Iterator<true>;
-      Iterator(Owner owner, Place place) : owner_(owner), place_(place) {}
+      Iterator(Owner owner, Place place) : owner_(owner) {
+         enterChunk(place.chunk);
+         if (at_) {
+            at_ += place.position;
+         }
+      }
+
+      void enterChunk(std::size_t index) {
+         chunk_ = index;
+         if (index < owner_->chunkCount()) {
+            auto& entered = owner_->chunk(index);
+            at_ = entered.begin();
+            chunkEnd_ = entered.end();
+         } else {
+            at_ = chunkEnd_ = nullptr;
+         }
+      }
+      Place place() const {
+         return {chunk_, at_ ? static_cast<std::size_t>(at_ - owner_->chunk(chunk_).begin()) : 0};
+      }
 
       Owner owner_ = nullptr;
-      Place place_;
+      std::size_t chunk_ = 0;
+      pointer at_ = nullptr;
+      pointer chunkEnd_ = nullptr;
    };
    using iterator = Iterator<false>;
    using const_iterator = Iterator<true>;
@@ -275,7 +321,7 @@ class SortedChunks {
       eraseAt(place);
       return 1;
    }
-   iterator erase(const_iterator position) { return {this, eraseAt(position.place_)}; }
+   iterator erase(const_iterator position) { return {this, eraseAt(position.place())}; }
    void clear() noexcept {
       delete more();
       if (!first_.empty()) {
@@ -288,11 +334,22 @@ class SortedChunks {
    // The entry with the key, and whether make() had to create it.
    template <typename Make>
    std::pair<iterator, bool> findOrInsert(key_type const& key, Make&& make) {
-      if (empty() || less(keyOf(lastChunk().back()), key)) {
-         return {iterator(this, insertAt(endPlace(), make())), true};
+      if (empty()) {
+         first_.push_back(make());
+         return {iterator(this, {}), true};
       }
-      auto const place = lowerBound(key);
-      if (!atEnd(place) && !less(key, keyAt(place))) {
+      // Loaders mostly hand keys over in ascending order: one comparison with the last key.
+      auto const last = chunkCount() - 1;
+      auto& lastChunk = chunk(last);
+      auto const order = compare(keyOf(lastChunk.back()), key);
+      if (order < 0) {
+         return {iterator(this, append(make())), true};
+      }
+      if (order == 0) {
+         return {iterator(this, {last, lastChunk.size() - 1}), false};
+      }
+      auto const [place, found] = search(key);
+      if (found) {
          return {iterator(this, place), false};
       }
       return {iterator(this, insertAt(place, make())), true};
@@ -302,6 +359,10 @@ class SortedChunks {
    template <typename Left, typename Right>
    static bool less(Left const& left, Right const& right) {
       return left < right;
+   }
+   template <typename Left, typename Right>
+   static auto compare(Left const& left, Right const& right) {
+      return left <=> right;
    }
    static key_type const& keyOf(Value const& value) { return KeyOf{}(value); }
 
@@ -316,9 +377,7 @@ class SortedChunks {
    Chunk& chunk(std::size_t index) noexcept {
       return index == 0 ? first_ : more()->chunks[index - 1];
    }
-   Chunk& lastChunk() noexcept { return chunk(chunkCount() - 1); }
 
-   key_type const& keyAt(Place place) const { return keyOf(chunk(place.chunk)[place.position]); }
    Place endPlace() const noexcept { return {chunkCount(), 0}; }
    bool atEnd(Place place) const noexcept { return place.chunk == chunkCount(); }
 
@@ -350,17 +409,53 @@ class SortedChunks {
       }
       return {low, static_cast<std::size_t>(position - found.begin())};
    }
-   template <typename Probe>
-   Place lowerBound(Probe const& key) const {
-      return bound(key, [](key_type const& entry, Probe const& k) { return less(entry, k); });
+   Place lowerBound(key_type const& key) const {
+      return bound(key, [](key_type const& entry, key_type const& k) { return less(entry, k); });
    }
    Place upperBound(key_type const& key) const {
       return bound(key, [](key_type const& entry, key_type const& k) { return !less(k, entry); });
    }
+
+   // The lower bound of the key, and whether it holds the key. One three-way comparison a step,
+   // which stops as soon as it meets the key: a name compared once instead of twice.
+   template <typename Probe>
+   std::pair<Place, bool> search(Probe const& key) const {
+      auto const count = chunkCount();
+      if (count == 0) {
+         return {endPlace(), false};
+      }
+      std::size_t chunkIndex = 0;
+      for (std::size_t high = count - 1; chunkIndex < high;) {
+         auto const middle = chunkIndex + (high - chunkIndex) / 2;
+         auto const& candidate = chunk(middle);
+         auto const order = compare(keyOf(candidate.back()), key);
+         if (order < 0) {
+            chunkIndex = middle + 1;
+         } else if (order == 0) {
+            return {{middle, candidate.size() - 1}, true};
+         } else {
+            high = middle;
+         }
+      }
+      auto const& found = chunk(chunkIndex);
+      std::size_t low = 0;
+      for (std::size_t high = found.size(); low < high;) {
+         auto const middle = low + (high - low) / 2;
+         auto const order = compare(keyOf(found[middle]), key);
+         if (order < 0) {
+            low = middle + 1;
+         } else if (order == 0) {
+            return {{chunkIndex, middle}, true};
+         } else {
+            high = middle;
+         }
+      }
+      return {low == found.size() ? endPlace() : Place{chunkIndex, low}, false};
+   }
    template <typename Probe>
    Place findPlace(Probe const& key) const {
-      auto const place = lowerBound(key);
-      return atEnd(place) || less(key, keyAt(place)) ? endPlace() : place;
+      auto const [place, found] = search(key);
+      return found ? place : endPlace();
    }
 
    void sizeChangedBy(std::ptrdiff_t change) noexcept {
@@ -370,20 +465,24 @@ class SortedChunks {
       }
    }
 
-   Place insertAt(Place place, Value value) {
-      if (atEnd(place)) {
-         sizeChangedBy(1);
-         // Past the last key: append to the last chunk, or open a new one when it is full.
-         if (empty() || lastChunk().size() < kChunkCapacity) {
-            auto& last = empty() ? first_ : lastChunk();
-            last.push_back(std::move(value));
-            return {chunkCount() - 1, last.size() - 1};
-         }
-         Chunk opened;
-         opened.push_back(std::move(value));
-         addChunk(chunkCount(), std::move(opened));
-         return {chunkCount() - 1, 0};
+   // Past the last key of a collection that holds some: into the last chunk, or a new one when
+   // it is full.
+   Place append(Value&& value) {
+      sizeChangedBy(1);
+      auto const last = chunkCount() - 1;
+      auto& lastChunk = chunk(last);
+      if (lastChunk.size() < kChunkCapacity) {
+         lastChunk.push_back(std::move(value));
+         return {last, lastChunk.size() - 1};
       }
+      Chunk opened;
+      opened.push_back(std::move(value));
+      addChunk(last + 1, std::move(opened));
+      return {last + 1, 0};
+   }
+
+   // Before the entry at `place`.
+   Place insertAt(Place place, Value&& value) {
       if (chunk(place.chunk).size() == kChunkCapacity) {
          place = split(place);
       }
@@ -391,10 +490,8 @@ class SortedChunks {
       auto& target = chunk(place.chunk);
       // Chunks filled out of order are often left half full by a split: grow them by half rather
       // than doubling, so that their spare room stays a small part of them.
-      if (target.size() == target.capacity()) {
-         target.reserve(std::min(kChunkCapacity, target.size() + target.size() / 2 + 1));
-      }
-      target.insert(place.position, std::move(value));
+      target.insert(place.position, std::move(value),
+                    std::min(kChunkCapacity, target.size() + target.size() / 2 + 1));
       return place;
    }
 
@@ -412,12 +509,7 @@ class SortedChunks {
    Place split(Place place) {
       auto& lower = chunk(place.chunk);
       auto const half = lower.size() / 2;
-      Chunk upper;
-      upper.reserve(lower.size() - half);
-      for (auto* moved = lower.begin() + half; moved != lower.end(); ++moved) {
-         upper.push_back(std::move(*moved));
-      }
-      lower.truncate(half);
+      auto upper = lower.splitOff(half);
       lower.shrinkToFit();
       addChunk(place.chunk + 1, std::move(upper));
       return place.position < half ? place : Place{place.chunk + 1, place.position - half};
