@@ -159,17 +159,22 @@ class SortedChunks {
          }
          header_ = moved;
       }
+      // A chunk that never held an entry has no room yet, and no entries to move out of it.
       void reallocate(std::size_t capacity) {
          auto* moved = allocate(capacity);
-         std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
+         if (header_) {
+            std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
+         }
          adopt(moved);
       }
       void insertGrown(std::size_t position, Value&& value, std::size_t grown) {
          auto* moved = allocate(grown);
          auto* into = reinterpret_cast<Value*>(moved + 1);
-         std::uninitialized_move(begin(), begin() + position, into);
+         if (header_) {
+            std::uninitialized_move(begin(), begin() + position, into);
+            std::uninitialized_move(begin() + position, end(), into + position + 1);
+         }
          new (into + position) Value(std::move(value));
-         std::uninitialized_move(begin() + position, end(), into + position + 1);
          adopt(moved);
          ++header_->size;
       }
