@@ -15,30 +15,47 @@
 namespace PolicyMap {
 
 // Finds counters by name in one map of one policy. Caching asks for a policy's counters in name
-// order, so the entry after the last one found is tried first: one comparison instead of a
-// search. That entry is trusted only while the map has not changed since.
+// order, and often only some of its rules count. So the cursor keeps the gap between the last
+// counter found and the entry after it: a name equal to that entry is found with one comparison,
+// and a name inside the gap is known to have no counter after two, both without a search. The gap
+// is trusted only while the map has not changed since.
 class CounterCursor {
  public:
    Kel::Ptr<PacketDataStatus const> find(PacketDataMap const& counters, Kel::String const& name) {
-      auto position =
-          counters.changeCount() == changeCount_ && next_ != counters.end() && next_->first == name
-              ? next_
-              : counters.find(name);
-      if (position == counters.end()) {
+      if (counters.changeCount() != changeCount_) {
+         reset(counters);
+      }
+      auto const end = counters.end();
+      if (next_ != end && next_->first == name) {
+         return take(next_);
+      }
+      if (inGap(name, end)) {
          return nullptr;
       }
-      changeCount_ = counters.changeCount();
-      next_ = std::next(position);
-      return position->second;
+      auto const position = counters.find(name);
+      return position == end ? nullptr : take(position);
    }
-   // For a map it has not seen yet.
+   // For a map it has not seen yet: the gap before its first entry.
    void reset(PacketDataMap const& counters) {
       changeCount_ = counters.changeCount();
-      next_ = counters.end();
+      next_ = counters.begin();
+      hasPrevious_ = false;
    }
 
  private:
+   bool inGap(Kel::String const& name, PacketDataMap::const_iterator const& end) const {
+      return (!hasPrevious_ || previous_->first < name) && (next_ == end || name < next_->first);
+   }
+   Kel::Ptr<PacketDataStatus const> take(PacketDataMap::const_iterator position) {
+      previous_ = position;
+      hasPrevious_ = true;
+      next_ = std::next(position);
+      return position->second;
+   }
+
    std::uint64_t changeCount_ = 0;
+   bool hasPrevious_ = false;
+   PacketDataMap::const_iterator previous_;
    PacketDataMap::const_iterator next_;
 };
 

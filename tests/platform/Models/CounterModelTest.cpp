@@ -24,7 +24,8 @@ void fill(PolicyMap::PolicyMapStatus& counters) {
 }
 
 // Readers remember where they found the last counter of a policy; a sequence of lookups in and out
-// of order, with the policy's counters changing between two of them, must still find each one.
+// of order, between and around the counters, with the policy's counters changing between two of
+// them, must still find each one and only those.
 TEST(CounterStatusReader, LookupsInAnyOrderAcrossChanges) {
    auto policy = Kel::make<PolicyMap::PolicyMapStatus>("p1");
    fill(*policy);
@@ -37,7 +38,9 @@ TEST(CounterStatusReader, LookupsInAnyOrderAcrossChanges) {
       std::uint64_t packets;  // 0: not found
       std::function<void()> change;
    } const steps[] = {
+       {"r0", 0, nullptr},
        {"r1", 5, nullptr},
+       {"r12", 0, nullptr},
        {"r2", 6, [&] { policy->classCounter().insertOrAssign("r15", data("r15", 8)); }},
        {"r2", 6, nullptr},
        {"r1", 5, nullptr},
