@@ -10,9 +10,11 @@
 namespace {
 
 std::atomic<std::uint64_t> allocations{0};
+std::atomic<std::uint64_t> bytes{0};
 
 void* countedAllocation(std::size_t size) noexcept {
    allocations.fetch_add(1, std::memory_order_relaxed);
+   bytes.fetch_add(size, std::memory_order_relaxed);
    return std::malloc(size == 0 ? 1 : size);
 }
 
@@ -60,6 +62,10 @@ namespace testing_support {
 
 std::uint64_t allocationCount() noexcept {
    return allocations.load(std::memory_order_relaxed);
+}
+
+std::uint64_t allocatedBytes() noexcept {
+   return bytes.load(std::memory_order_relaxed);
 }
 
 }  // namespace testing_support

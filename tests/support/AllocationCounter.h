@@ -8,5 +8,7 @@ namespace testing_support {
 
 // The number of allocations made so far by the program.
 std::uint64_t allocationCount() noexcept;
+// The bytes those allocations asked for.
+std::uint64_t allocatedBytes() noexcept;
 
 }  // namespace testing_support

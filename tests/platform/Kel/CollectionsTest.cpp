@@ -1,15 +1,20 @@
 // The object model's collections and walks over collections that change while they are walked.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "Kel/DenseArray.h"
 #include "Kel/OrderedMap.h"
 #include "Kel/RobustWalk.h"
 #include "Kel/String.h"
+#include "support/AllocationCounter.h"
 
 namespace {
 
@@ -190,6 +195,102 @@ TEST(OrderedMap, AgreesWithATreeAcrossChunks) {
          position = map.erase(position);
       }
       EXPECT_TRUE(map.empty()) << order.name;
+   }
+}
+
+// Sets of small keys against a std::set: each case fills a set in one order and drains it to
+// empty in another, over several chunks, copying and moving it along the way. At every step the
+// entries, the size and the change count (one per new key, one per erased key, never reset) must
+// agree with the model's.
+TEST(OrderedSet, AgreesWithAModelFromFirstInsertToEmpty) {
+   using Key = std::uint16_t;
+   using Set = Kel::OrderedSet<Key>;
+   constexpr int kKeys = 700;
+   using Order = std::function<Key(int)>;
+   Order const ascending = [](int i) { return Key(i); };
+   Order const descending = [](int i) { return Key(kKeys - 1 - i); };
+   Order const scrambled = [](int i) { return Key(i * 389 % kKeys); };
+   Order const outsideIn = [](int i) { return Key(i % 2 ? kKeys - 1 - i / 2 : i / 2); };
+   Order const threeKeys = [](int i) { return Key(i % 3); };
+   struct Case {
+      char const* name;
+      Order fill;
+      Order drain;
+   } const cases[] = {{"ascending, drained from the front", ascending, ascending},
+                      {"ascending, drained from the back", ascending, descending},
+                      {"descending, drained scrambled", descending, scrambled},
+                      {"scrambled, drained outside in", scrambled, outsideIn},
+                      {"three keys again and again", threeKeys, threeKeys}};
+   for (auto const& scenario : cases) {
+      Set set;
+      std::set<Key> model;
+      std::uint64_t changes = 0;
+      auto const agree = [&](Set const& checked, char const* step, int i) {
+         SCOPED_TRACE(testing::Message() << scenario.name << ", " << step << " " << i);
+         EXPECT_EQ(checked.size(), model.size());
+         EXPECT_TRUE(std::ranges::equal(checked, model));
+         // A copy of an empty set is a new set, with no changes to count.
+         EXPECT_EQ(checked.changeCount(), &checked != &set && model.empty() ? 0 : changes);
+      };
+      // A copy owns its chunks; a move hands them over whole.
+      auto const copyAndMove = [&](char const* step, int i) {
+         Set copy = set;
+         agree(copy, step, i);
+         Set moved = std::move(copy);
+         agree(moved, step, i);
+         Set assigned;
+         assigned.insert(Key{9});
+         assigned = std::move(moved);
+         agree(assigned, step, i);
+      };
+      for (int i = 0; i < kKeys; ++i) {
+         bool const inserted = set.insert(scenario.fill(i));
+         EXPECT_EQ(inserted, model.insert(scenario.fill(i)).second);
+         changes += inserted;
+         agree(set, "fill", i);
+      }
+      copyAndMove("filled", 0);
+      for (int i = 0; i < kKeys; ++i) {
+         bool const erased = set.erase(scenario.drain(i));
+         EXPECT_EQ(erased, model.erase(scenario.drain(i)) == 1);
+         changes += erased;
+         agree(set, "drain", i);
+         if (i % 50 == 0) {
+            copyAndMove("drain", i);
+         }
+      }
+      EXPECT_TRUE(set.empty()) << scenario.name;
+      set.insert(Key{7});
+      model.insert(Key{7});
+      agree(set, "insert into the drained set", ++changes);
+      set.clear();
+      model.clear();
+      agree(set, "clear", ++changes);
+   }
+}
+
+// Most collections of a rule hold one entry of a word or less: one allocation of the allocator's
+// sixteen-byte class each.
+TEST(OrderedSet, OneSmallEntryIsOneAllocationOfSixteenBytesAtMost) {
+   auto const costOfOne = [](auto& set, auto key) {
+      auto const allocations = testing_support::allocationCount();
+      auto const bytes = testing_support::allocatedBytes();
+      set.insert(key);
+      return std::pair(testing_support::allocationCount() - allocations,
+                       testing_support::allocatedBytes() - bytes);
+   };
+   Kel::OrderedSet<Kel::String> names;
+   Kel::OrderedSet<std::uint8_t> options;
+   Kel::OrderedSet<std::uint64_t> words;
+   struct Case {
+      char const* name;
+      std::pair<std::uint64_t, std::uint64_t> cost;
+   } const cases[] = {{"a short name", costOfOne(names, Kel::String("eth1"))},
+                      {"a byte", costOfOne(options, std::uint8_t{7})},
+                      {"a word", costOfOne(words, std::uint64_t{1} << 40)}};
+   for (auto const& [name, cost] : cases) {
+      EXPECT_EQ(cost.first, 1u) << name;
+      EXPECT_LE(cost.second, 16u) << name;
    }
 }
 

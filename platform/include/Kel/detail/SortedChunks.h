@@ -34,26 +34,31 @@ class SortedChunks {
 
    struct MoreChunks;
 
-   // Up to kChunkCapacity entries in one allocation, after a header.
+   // Up to kChunkCapacity entries in one allocation, after a header. The first chunk of a
+   // collection that has later ones also holds their address, in a slot in front of its header.
    class Chunk {
-      // Sixteen bytes: most collections of a rule hold one entry, and the allocator's size
-      // classes go in steps of eight, so every word here is paid once per such collection.
+      // Eight bytes: most collections of a rule hold one entry, and the allocator's size classes
+      // go in steps of sixteen, so a one-entry collection of a one-word value takes sixteen
+      // bytes where a second word of header would make it thirty-two.
       struct Header {
-         // Of the whole collection, kept in its first chunk only.
-         MoreChunks* more = nullptr;
          std::uint64_t size : 8 = 0;
          std::uint64_t capacity : 8 = 0;
-         // Of the whole collection too; 48 bits never wrap within a process's life.
-         std::uint64_t changeCount : 48 = 0;
+         // Whether the allocation starts with the slot for the later chunks.
+         std::uint64_t linked : 1 = 0;
+         // Of the whole collection, kept in its first chunk only; 47 bits never wrap within a
+         // process's life.
+         std::uint64_t changeCount : 47 = 0;
       };
-      static_assert(sizeof(Header) == 16 && alignof(Value) <= alignof(Header));
+      static_assert(sizeof(Header) == 8 && sizeof(MoreChunks*) == sizeof(Header) &&
+                    alignof(Value) <= alignof(Header));
       static_assert(kChunkCapacity < 256, "a chunk's size and capacity are kept in a byte each");
 
     public:
       Chunk() noexcept = default;
+      // Linked like the original, the slot empty: the copy of a collection fills it.
       Chunk(Chunk const& other) {
          if (!other.empty()) {
-            reserve(other.size());
+            header_ = allocate(other.size(), other.header_->linked);
             std::uninitialized_copy(other.begin(), other.end(), begin());
             header_->size = other.header_->size;
          }
@@ -66,7 +71,7 @@ class SortedChunks {
       ~Chunk() {
          if (header_) {
             std::destroy(begin(), end());
-            ::operator delete(header_);
+            deallocate(header_);
          }
       }
       void swap(Chunk& other) noexcept { std::swap(header_, other.header_); }
@@ -84,9 +89,22 @@ class SortedChunks {
       Value const& back() const noexcept { return entries()[size() - 1]; }
 
       std::uint64_t changeCount() const noexcept { return header_ ? header_->changeCount : 0; }
-      MoreChunks* more() const noexcept { return header_ ? header_->more : nullptr; }
+      MoreChunks* more() const noexcept {
+         return header_ && header_->linked ? *slot(header_) : nullptr;
+      }
       // Only once the chunk holds (or held) an entry.
       Header& header() noexcept { return *header_; }
+      // Only once the chunk holds (or held) an entry. A chunk first gets a slot when it is the
+      // first of a collection that grows a second: its entries move once then.
+      void setMore(MoreChunks* more) {
+         if (!header_->linked) {
+            if (!more) {
+               return;
+            }
+            reallocate(capacity(), true);
+         }
+         *slot(header_) = more;
+      }
 
       void reserve(std::size_t capacity) {
          if (capacity > this->capacity()) {
@@ -122,7 +140,7 @@ class SortedChunks {
       // A new chunk, just large enough, with the entries from `from` on, which leave this one.
       Chunk splitOff(std::size_t from) {
          Chunk upper;
-         upper.header_ = allocate(size() - from);
+         upper.header_ = allocate(size() - from, false);
          std::uninitialized_move(begin() + from, end(), upper.entries());
          upper.header_->size = upper.header_->capacity;
          truncate(from);
@@ -141,34 +159,53 @@ class SortedChunks {
 
     private:
       Value* entries() const noexcept { return reinterpret_cast<Value*>(header_ + 1); }
+      // The room in front of a linked chunk's header holds the slot.
+      static std::size_t front(bool linked) noexcept { return linked ? sizeof(MoreChunks*) : 0; }
+      static std::byte* roomOf(Header* header) noexcept {
+         return reinterpret_cast<std::byte*>(header) - front(header->linked);
+      }
+      static MoreChunks** slot(Header* header) noexcept {
+         return reinterpret_cast<MoreChunks**>(roomOf(header));
+      }
+      bool linked() const noexcept { return header_ && header_->linked; }
 
-      static Header* allocate(std::size_t capacity) {
-         auto* allocated = new (::operator new(sizeof(Header) + capacity * sizeof(Value))) Header{};
+      static Header* allocate(std::size_t capacity, bool linked) {
+         auto* room = static_cast<std::byte*>(
+             ::operator new(front(linked) + sizeof(Header) + capacity * sizeof(Value)));
+         if (linked) {
+            new (room) MoreChunks*(nullptr);
+         }
+         auto* allocated = new (room + front(linked)) Header{};
          allocated->capacity = static_cast<std::uint8_t>(capacity);
+         allocated->linked = linked;
          return allocated;
       }
+      static void deallocate(Header* header) noexcept { ::operator delete(roomOf(header)); }
       // Gives this chunk's entries' new room its part of the collection and frees the old room,
       // once the entries have been moved there.
       void adopt(Header* moved) noexcept {
          if (header_) {
             moved->changeCount = header_->changeCount;
-            moved->more = header_->more;
             moved->size = header_->size;
+            if (header_->linked && moved->linked) {
+               *slot(moved) = *slot(header_);
+            }
             std::destroy(begin(), end());
-            ::operator delete(header_);
+            deallocate(header_);
          }
          header_ = moved;
       }
       // A chunk that never held an entry has no room yet, and no entries to move out of it.
-      void reallocate(std::size_t capacity) {
-         auto* moved = allocate(capacity);
+      void reallocate(std::size_t capacity) { reallocate(capacity, linked()); }
+      void reallocate(std::size_t capacity, bool linked) {
+         auto* moved = allocate(capacity, linked);
          if (header_) {
             std::uninitialized_move(begin(), end(), reinterpret_cast<Value*>(moved + 1));
          }
          adopt(moved);
       }
       void insertGrown(std::size_t position, Value&& value, std::size_t grown) {
-         auto* moved = allocate(grown);
+         auto* moved = allocate(grown, linked());
          auto* into = reinterpret_cast<Value*>(moved + 1);
          if (header_) {
             std::uninitialized_move(begin(), begin() + position, into);
@@ -206,7 +243,7 @@ class SortedChunks {
          first_.header().changeCount = other.changeCount();
       }
       if (auto const* more = other.more()) {
-         first_.header().more = new MoreChunks(*more);
+         first_.setMore(new MoreChunks(*more));
       }
    }
    SortedChunks& operator=(SortedChunks const& other) {
@@ -328,9 +365,9 @@ class SortedChunks {
    }
    iterator erase(const_iterator position) { return {this, eraseAt(position.place())}; }
    void clear() noexcept {
-      delete more();
-      if (!first_.empty()) {
-         first_.header().more = nullptr;
+      if (auto* chunks = more()) {
+         delete chunks;
+         first_.setMore(nullptr);
       }
       first_.truncate(0);
    }
@@ -503,7 +540,9 @@ class SortedChunks {
    // Puts a chunk at `index` (from 1 up), moving the later ones along.
    void addChunk(std::size_t index, Chunk added) {
       if (!more()) {
-         first_.header().more = new MoreChunks{{}, first_.size() + added.size()};
+         auto chunks = std::make_unique<MoreChunks>(MoreChunks{{}, first_.size() + added.size()});
+         first_.setMore(chunks.get());
+         chunks.release();
       }
       more()->chunks.insert(more()->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1),
                             std::move(added));
@@ -537,17 +576,20 @@ class SortedChunks {
          return;  // the collection is now empty
       }
       if (index == 0) {
-         // The second chunk becomes the first and takes over the collection's part of the header.
-         auto const changeCount = first_.changeCount();
-         first_ = std::move(chunks->chunks.front());
-         first_.header().changeCount = changeCount;
-         first_.header().more = chunks;
+         // The second chunk becomes the first and takes over the collection's part of the header,
+         // and the slot when chunks follow it.
+         auto& second = chunks->chunks.front();
+         if (chunks->chunks.size() > 1) {
+            second.setMore(chunks);
+         }
+         second.header().changeCount = first_.changeCount();
+         first_ = std::move(second);
          index = 1;
       }
       chunks->chunks.erase(chunks->chunks.begin() + static_cast<std::ptrdiff_t>(index - 1));
       if (chunks->chunks.empty()) {
          delete chunks;
-         first_.header().more = nullptr;
+         first_.setMore(nullptr);
       }
    }
 
