@@ -9,11 +9,13 @@
 // while the collection's change count stays the same (see RobustWalk.h).
 //
 // A collection is one word: the address of its first chunk, whose header also holds the change
-// count and the later chunks. A rule's filter holds a dozen collections and uses two or three, so
-// an empty collection allocates nothing, and a small one is a single allocation of its entries.
+// count, and in front of which sits the address of the later chunks once there are any. A rule's
+// filter holds a dozen collections and uses two or three, so an empty collection allocates
+// nothing, and a small one is a single allocation of a word and its entries.
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -30,7 +32,12 @@ template <typename Value, typename KeyOf>
 class SortedChunks {
    static_assert(std::is_nothrow_move_constructible_v<Value> &&
                  std::is_nothrow_move_assignable_v<Value>);
-   static constexpr std::size_t kChunkCapacity = 128;
+   static constexpr std::size_t kHeaderSize = sizeof(std::uint64_t);
+   // About 128 entries, as many as fill an allocation of a power of two: the allocators' size
+   // classes go in four steps from one power of two to the next, so a chunk a word larger than a
+   // power of two would take a quarter more room than it uses.
+   static constexpr std::size_t kChunkCapacity =
+       (std::bit_floor(kHeaderSize + 128 * sizeof(Value)) - kHeaderSize) / sizeof(Value);
 
    struct MoreChunks;
 
@@ -49,7 +56,7 @@ class SortedChunks {
          // process's life.
          std::uint64_t changeCount : 47 = 0;
       };
-      static_assert(sizeof(Header) == 8 && sizeof(MoreChunks*) == sizeof(Header) &&
+      static_assert(sizeof(Header) == kHeaderSize && sizeof(MoreChunks*) == sizeof(Header) &&
                     alignof(Value) <= alignof(Header));
       static_assert(kChunkCapacity < 256, "a chunk's size and capacity are kept in a byte each");
 
@@ -112,7 +119,7 @@ class SortedChunks {
          }
       }
       void shrinkToFit() {
-         if (size() < capacity()) {
+         if (capacityFor(size(), linked()) < capacity()) {
             reallocate(size());
          }
       }
@@ -142,7 +149,7 @@ class SortedChunks {
          Chunk upper;
          upper.header_ = allocate(size() - from, false);
          std::uninitialized_move(begin() + from, end(), upper.entries());
-         upper.header_->size = upper.header_->capacity;
+         upper.header_->size = static_cast<std::uint8_t>(size() - from);
          truncate(from);
          return upper;
       }
@@ -164,12 +171,30 @@ class SortedChunks {
       static std::byte* roomOf(Header* header) noexcept {
          return reinterpret_cast<std::byte*>(header) - front(header->linked);
       }
+      // Of a linked chunk only.
       static MoreChunks** slot(Header* header) noexcept {
          return reinterpret_cast<MoreChunks**>(roomOf(header));
       }
       bool linked() const noexcept { return header_ && header_->linked; }
 
-      static Header* allocate(std::size_t capacity, bool linked) {
+      // The size class an allocation of `bytes` takes: multiples of sixteen up to 128 bytes,
+      // then four to each doubling, as mimalloc's and jemalloc's go.
+      static constexpr std::size_t sizeClass(std::size_t bytes) noexcept {
+         auto const step = bytes <= 128 ? 16 : std::bit_floor(bytes - 1) / 4;
+         return (bytes + step - 1) / step * step;
+      }
+      // The entries that fit the size class of a chunk of `count` entries: room the allocator
+      // would give anyway.
+      static std::size_t capacityFor(std::size_t count, bool linked) noexcept {
+         auto const overhead = front(linked) + sizeof(Header);
+         auto const fitting =
+             (sizeClass(overhead + count * sizeof(Value)) - overhead) / sizeof(Value);
+         return std::min(kChunkCapacity, fitting);
+      }
+
+      // Room for at least `count` entries.
+      static Header* allocate(std::size_t count, bool linked) {
+         auto const capacity = capacityFor(count, linked);
          auto* room = static_cast<std::byte*>(
              ::operator new(front(linked) + sizeof(Header) + capacity * sizeof(Value)));
          if (linked) {
