@@ -15,6 +15,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -167,7 +168,9 @@ class SortedChunks {
     private:
       Value* entries() const noexcept { return reinterpret_cast<Value*>(header_ + 1); }
       // The room in front of a linked chunk's header holds the slot.
-      static std::size_t front(bool linked) noexcept { return linked ? sizeof(MoreChunks*) : 0; }
+      static constexpr std::size_t front(bool linked) noexcept {
+         return linked ? sizeof(MoreChunks*) : 0;
+      }
       static std::byte* roomOf(Header* header) noexcept {
          return reinterpret_cast<std::byte*>(header) - front(header->linked);
       }
@@ -183,13 +186,26 @@ class SortedChunks {
          auto const step = bytes <= 128 ? 16 : std::bit_floor(bytes - 1) / 4;
          return (bytes + step - 1) / step * step;
       }
-      // The entries that fit the size class of a chunk of `count` entries: room the allocator
-      // would give anyway.
+      // For every count of entries, how many fit the size class of a chunk of that many: room
+      // the allocator gives anyway. Looked up, as every growth of a chunk asks.
+      struct Capacities {
+         std::array<std::uint8_t, kChunkCapacity + 1> byCount[2];
+      };
+      static constexpr Capacities kCapacities = [] {
+         Capacities capacities{};
+         for (bool const linked : {false, true}) {
+            auto const overhead = front(linked) + kHeaderSize;
+            for (std::size_t count = 0; count <= kChunkCapacity; ++count) {
+               auto const fitting =
+                   (sizeClass(overhead + count * sizeof(Value)) - overhead) / sizeof(Value);
+               capacities.byCount[linked][count] =
+                   static_cast<std::uint8_t>(std::min(kChunkCapacity, fitting));
+            }
+         }
+         return capacities;
+      }();
       static std::size_t capacityFor(std::size_t count, bool linked) noexcept {
-         auto const overhead = front(linked) + sizeof(Header);
-         auto const fitting =
-             (sizeClass(overhead + count * sizeof(Value)) - overhead) / sizeof(Value);
-         return std::min(kChunkCapacity, fitting);
+         return kCapacities.byCount[linked][count];
       }
 
       // Room for at least `count` entries.
