@@ -3,6 +3,7 @@
 #include "TextValues.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -112,10 +113,14 @@ Quoll::IpGenPrefix readPrefix(Node const& node, Quoll::AddressFamily family) {
    return *parsed;
 }
 
-Classification::NumericalRange checkedRange(std::string_view text, RangeKind const& kind,
-                                            Where const& where) {
-   // Found in line: a range is a few bytes, shorter than a call to the C library's search.
-   auto const dash = std::find(text.begin(), text.end(), '-');
+namespace {
+
+// Every check of a range, in the order its faults are told; kept out of line, so that the reading
+// of a well-formed range needs no room for the messages.
+[[gnu::noinline]] Classification::NumericalRange checkedRangeSlowly(std::string_view text,
+                                                                    RangeKind const& kind,
+                                                                    Where const& where,
+                                                                    char const* dash) {
    Classification::NumericalRange range;
    range.low = checkedEnd({text.begin(), dash}, kind, where, text);
    range.high =
@@ -124,6 +129,22 @@ Classification::NumericalRange checkedRange(std::string_view text, RangeKind con
       fail(where, "range " + quoted(text) + " has its low end above its high end");
    }
    return range;
+}
+
+}  // namespace
+
+// A well-formed range is read in line; only one that fails a check goes through the checks that
+// say what is wrong, so that a range costs a few instructions a digit.
+Classification::NumericalRange checkedRange(std::string_view text, RangeKind const& kind,
+                                            Where const& where) {
+   // Found in line: a range is a few bytes, shorter than a call to the C library's search.
+   auto const dash = std::find(text.begin(), text.end(), '-');
+   auto const low = parseNumber({text.begin(), dash});
+   auto const high = dash == text.end() ? low : parseNumber({dash + 1, text.end()});
+   if (low && high && *low >= kind.lowest && *low <= *high && *high <= kind.highest) {
+      return {static_cast<std::uint32_t>(*low), static_cast<std::uint32_t>(*high)};
+   }
+   return checkedRangeSlowly(text, kind, where, dash);
 }
 
 void readPrefixList(Node const& list, Quoll::AddressFamily family,
