@@ -21,9 +21,21 @@ using PolicyMap::ClassAction;
 constexpr std::uint64_t kLargestDscp = 63;
 constexpr std::uint64_t kLargestTrafficClass = 7;
 
-void add(ClassAction& actions, Kel::Ptr<PolicyMap::Action const> action) {
-   auto const type = action->actionType();
-   actions.policyAction().insertOrAssign(type, std::move(action));
+// A rule's actions as read, in the order of their types: files list a rule's actions in any
+// order (a count before a DSCP set), and the rule's map, filled in this order, appends each after
+// one comparison instead of moving what it holds. There is at most one action per key of the table.
+struct ReadActions {
+   static constexpr std::size_t kMost = 10;
+   std::array<Kel::Ptr<PolicyMap::Action const>, kMost> byType;
+   std::size_t count = 0;
+};
+
+void add(ReadActions& actions, Kel::Ptr<PolicyMap::Action const> action) {
+   auto at = actions.count++;
+   for (; at > 0 && actions.byType[at - 1]->actionType() > action->actionType(); --at) {
+      actions.byType[at] = std::move(actions.byType[at - 1]);
+   }
+   actions.byType[at] = std::move(action);
 }
 
 // An action that carries nothing but its type is the same in every rule and never changes, so
@@ -33,7 +45,7 @@ using SharedAction = Kel::Ptr<PolicyMap::Action const> const;
 
 // Drop and log carry nothing; false is the same as leaving the key out.
 template <ActionType type>
-void readPlainAction(Node const& value, ClassAction& actions) {
+void readPlainAction(Node const& value, ReadActions& actions) {
    thread_local SharedAction plain = Kel::make<PolicyMap::Action>(type);
    if (asBool(value)) {
       add(actions, plain);
@@ -66,7 +78,7 @@ constexpr MemberTable kPoliceMembers = std::array{
                          true},
 };
 
-void readPolice(Node const& value, ClassAction& actions) {
+void readPolice(Node const& value, ReadActions& actions) {
    PoliceTarget police;
    readMembers(value, kPoliceMembers, police);
    add(actions, Kel::make<PolicyMap::PoliceAction>(police.rate, police.unit));
@@ -75,7 +87,7 @@ void readPolice(Node const& value, ClassAction& actions) {
 // Count and goto name their target in an optional key: the rule's own counter or the next rule
 // when it is left out.
 template <typename ActionClass, std::string_view const& key, std::string_view const& what>
-void readNamedTarget(Node const& value, ClassAction& actions) {
+void readNamedTarget(Node const& value, ReadActions& actions) {
    static constexpr MemberTable kMembers = std::array{Member<Kel::String>{
        key, [](Node const& name, Kel::String& target) { target = readName(name, what); }}};
    Kel::String target;
@@ -92,7 +104,7 @@ constexpr std::string_view kRuleName = "rule name";
 // An action that carries one small number is shared like those, one per value, made when a
 // thread first reads that value: rules that mark the same DSCP or traffic class are common.
 template <typename ActionClass, std::uint64_t largest>
-void readSmallValueAction(Node const& value, ClassAction& actions) {
+void readSmallValueAction(Node const& value, ReadActions& actions) {
    thread_local std::array<Kel::Ptr<PolicyMap::Action const>, largest + 1> byValue;
    auto const number = asUnsigned(value, largest);
    auto& shared = byValue[number];
@@ -102,7 +114,7 @@ void readSmallValueAction(Node const& value, ClassAction& actions) {
    add(actions, shared);
 }
 
-void readNexthopGroups(Node const& value, ClassAction& actions) {
+void readNexthopGroups(Node const& value, ReadActions& actions) {
    auto redirect = Kel::make<PolicyMap::SetNexthopGroup>();
    readNameList(value, "next-hop group name", redirect->nexthopGroup());
    if (redirect->nexthopGroup().empty()) {
@@ -124,7 +136,7 @@ constexpr MemberTable kTapAggMembers = std::array{
         }},
 };
 
-void readTapAggRedirect(Node const& value, ClassAction& actions) {
+void readTapAggRedirect(Node const& value, ReadActions& actions) {
    auto redirect = Kel::make<TapAgg::TapAggActionSetAggGroup>();
    readMembers(value, kTapAggMembers, *redirect);
    if (redirect->aggGroup().empty() && redirect->aggIntf().empty()) {
@@ -133,31 +145,37 @@ void readTapAggRedirect(Node const& value, ClassAction& actions) {
    add(actions, redirect);
 }
 
-void readStripHeaderBytes(Node const& value, ClassAction& actions) {
+void readStripHeaderBytes(Node const& value, ReadActions& actions) {
    add(actions,
        Kel::make<TapAgg::TapAggActionStripHeaderBytes>(readText(value, "header-strip text")));
 }
 
 constexpr MemberTable kActionMembers = std::array{
-    Member<ClassAction>{"drop", readPlainAction<ActionType::drop>},
-    Member<ClassAction>{"police", readPolice},
-    Member<ClassAction>{"count",
+    Member<ReadActions>{"drop", readPlainAction<ActionType::drop>},
+    Member<ReadActions>{"police", readPolice},
+    Member<ReadActions>{"count",
                         readNamedTarget<PolicyMap::CountAction, kCounterKey, kCounterName>},
-    Member<ClassAction>{"setDscp", readSmallValueAction<PolicyMap::SetDscpAction, kLargestDscp>},
-    Member<ClassAction>{"setTc",
+    Member<ReadActions>{"setDscp", readSmallValueAction<PolicyMap::SetDscpAction, kLargestDscp>},
+    Member<ReadActions>{"setTc",
                         readSmallValueAction<TrafficPolicy::SetTcAction, kLargestTrafficClass>},
-    Member<ClassAction>{"log", readPlainAction<ActionType::log>},
-    Member<ClassAction>{"goto", readNamedTarget<PolicyMap::GotoAction, kMatchKey, kRuleName>},
-    Member<ClassAction>{"redirectNexthopGroups", readNexthopGroups},
-    Member<ClassAction>{"tapAggRedirect", readTapAggRedirect},
-    Member<ClassAction>{"stripHeaderBytes", readStripHeaderBytes},
+    Member<ReadActions>{"log", readPlainAction<ActionType::log>},
+    Member<ReadActions>{"goto", readNamedTarget<PolicyMap::GotoAction, kMatchKey, kRuleName>},
+    Member<ReadActions>{"redirectNexthopGroups", readNexthopGroups},
+    Member<ReadActions>{"tapAggRedirect", readTapAggRedirect},
+    Member<ReadActions>{"stripHeaderBytes", readStripHeaderBytes},
 };
+static_assert(kActionMembers.members.size() == ReadActions::kMost);
 
 }  // namespace
 
 Kel::Ptr<ClassAction> readActions(Node const& node, Kel::String const& ruleName) {
+   ReadActions read;
+   readMembers(node, kActionMembers, read);
    auto actions = Kel::make<ClassAction>(ruleName);
-   readMembers(node, kActionMembers, *actions);
+   for (std::size_t index = 0; index < read.count; ++index) {
+      auto const type = read.byType[index]->actionType();
+      actions->policyAction().insertOrAssign(type, std::move(read.byType[index]));
+   }
    return actions;
 }
 

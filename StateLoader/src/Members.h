@@ -26,22 +26,38 @@ struct Member {
 };
 
 // A table of members with the keys an object must have as bits, settled when the table is made,
-// so that checking for them is one comparison, not a walk over the table for every object.
+// so that checking for them is one comparison, not a walk over the table for every object. The
+// keys are chained by length, also when the table is made: the keys of a table mostly differ in
+// length, so that finding a key compares its text with one candidate, seldom more.
 template <typename Target, std::size_t N>
 struct MemberTable {
    static_assert(N <= 64, "one bit of the seen mask per key");
+   // Keys as long as this or longer share the last chain.
+   static constexpr std::size_t kChains = 32;
+   static constexpr std::uint8_t kNone = N;
 
    constexpr MemberTable(std::array<Member<Target>, N> const& table)  // NOLINT: a table is one
        : members(table) {
-      for (std::size_t index = 0; index < N; ++index) {
+      firstOfLength.fill(kNone);
+      nextOfLength.fill(kNone);
+      for (std::size_t index = N; index-- > 0;) {
          if (table[index].required) {
             required |= std::uint64_t{1} << index;
          }
+         auto& first = firstOfLength[chainOf(table[index].key.size())];
+         nextOfLength[index] = first;
+         first = static_cast<std::uint8_t>(index);
       }
+   }
+
+   static constexpr std::size_t chainOf(std::size_t length) noexcept {
+      return length < kChains ? length : kChains - 1;
    }
 
    std::array<Member<Target>, N> members;
    std::uint64_t required = 0;
+   std::array<std::uint8_t, kChains> firstOfLength{};
+   std::array<std::uint8_t, N> nextOfLength{};
 };
 
 template <typename Target, std::size_t N>
@@ -75,20 +91,18 @@ inline bool sameKey(std::string_view tableKey, std::string_view key) noexcept {
    return tableKey.size() == key.size() && Kel::detail::compareBytes(tableKey, key) == 0;
 }
 
-// Writers put an object's keys in one order, usually the table's, so the search starts at
-// `start`, just after the key found last, and wraps around.
 template <typename Target, std::size_t N>
-std::size_t memberIndex(std::array<Member<Target>, N> const& members, std::string_view key,
-                        std::size_t start, Where const& where) {
-   for (std::size_t step = 0; step < N; ++step) {
-      auto const index = start + step < N ? start + step : start + step - N;
-      if (sameKey(members[index].key, key)) {
+std::size_t memberIndex(MemberTable<Target, N> const& table, std::string_view key,
+                        Where const& where) {
+   for (std::size_t index = table.firstOfLength[table.chainOf(key.size())]; index < N;
+        index = table.nextOfLength[index]) {
+      if (sameKey(table.members[index].key, key)) {
          return index;
       }
    }
    std::array<std::string_view, N> known;
    for (std::size_t index = 0; index < N; ++index) {
-      known[index] = members[index].key;
+      known[index] = table.members[index].key;
    }
    failUnknownKey(where, key, known);
 }
@@ -105,20 +119,17 @@ template <typename Target, std::size_t N>
 template <typename Target, std::size_t N>
 void readMembers(Node const& object, MemberTable<Target, N> const& table, Target& target,
                  Behind behind = Behind::released) {
-   auto const& members = table.members;
    std::uint64_t seen = 0;
-   std::size_t next = 0;
    forEachMember(
        object,
        [&](std::string_view key, Node const& value) {
-          std::size_t const index = memberIndex(members, key, next, value.where);
-          next = index + 1 < N ? index + 1 : 0;
+          std::size_t const index = memberIndex(table, key, value.where);
           std::uint64_t const bit = std::uint64_t{1} << index;
           if (seen & bit) {
              failDuplicateKey(value.where, key);
           }
           seen |= bit;
-          members[index].read(value, target);
+          table.members[index].read(value, target);
        },
        behind);
    if ((seen & table.required) != table.required) {

@@ -66,31 +66,13 @@ std::string numberText(Node const& node) {
    }
 }
 
-bool fitsUnsigned(simdjson::dom::element const& value, std::uint64_t largest) {
-   switch (value.type()) {
-      case element_type::INT64: {
-         auto const number = value.get_int64().value_unsafe();
-         return number >= 0 && static_cast<std::uint64_t>(number) <= largest;
-      }
-      case element_type::UINT64:
-         return value.get_uint64().value_unsafe() <= largest;
-      default:
-         return false;
-   }
-}
-
 }  // namespace
 
 void failType(Node const& node, std::string_view expected) {
    fail(node.where, "expected " + std::string(expected) + ", found " + found(node));
 }
 
-std::uint64_t asUnsigned(Node const& node, std::uint64_t largest) {
-   if (!node.unparsed && fitsUnsigned(node.value, largest)) {
-      return node.value.type() == element_type::INT64
-                 ? static_cast<std::uint64_t>(node.value.get_int64().value_unsafe())
-                 : node.value.get_uint64().value_unsafe();
-   }
+void failUnsigned(Node const& node, std::uint64_t largest) {
    fail(node.where, "expected a whole number from 0 to " + std::to_string(largest) + ", found " +
                         numberText(node));
 }

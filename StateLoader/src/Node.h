@@ -54,8 +54,25 @@ inline bool asBool(Node const& node) {
    return node.value.get_bool().value_unsafe();
 }
 
-// A whole number from 0 to `largest`.
-std::uint64_t asUnsigned(Node const& node, std::uint64_t largest);
+[[noreturn]] void failUnsigned(Node const& node, std::uint64_t largest);
+
+// A whole number from 0 to `largest`; in line, as a rule reads a few.
+inline std::uint64_t asUnsigned(Node const& node, std::uint64_t largest) {
+   if (!node.unparsed) {
+      if (node.value.is_int64()) {
+         auto const number = node.value.get_int64().value_unsafe();
+         if (number >= 0 && static_cast<std::uint64_t>(number) <= largest) {
+            return static_cast<std::uint64_t>(number);
+         }
+      } else if (node.value.is_uint64()) {
+         auto const number = node.value.get_uint64().value_unsafe();
+         if (number <= largest) {
+            return number;
+         }
+      }
+   }
+   failUnsigned(node, largest);
+}
 
 // Calls visit(node) for every element of a list.
 template <typename Visit>

@@ -3,6 +3,8 @@
 #include "TextValues.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 
@@ -13,10 +15,42 @@ namespace StateLoader {
 
 namespace {
 
+// Whether a name is printable ASCII without blanks, as nearly every one is, tested eight bytes at
+// a time in registers: a byte below "!" borrows into its high bit, and a byte above "~" carries
+// into it or has it set. A name of four to seven bytes is read as two words that overlap.
+bool printableAsciiName(std::string_view text) noexcept {
+   constexpr std::uint64_t kOnes = 0x0101010101010101;
+   auto const outside = [](std::uint64_t word) {
+      return ((((word - 0x21 * kOnes) & ~word) | (word + kOnes) | word) & (0x80 * kOnes)) != 0;
+   };
+   auto const* const bytes = text.data();
+   auto const size = text.size();
+   if (size < 4) {
+      return size != 0 &&
+             std::ranges::all_of(text, [](char byte) { return byte > ' ' && byte < 0x7f; });
+   }
+   if (size < 8) {
+      std::uint32_t first;
+      std::uint32_t last;
+      std::memcpy(&first, bytes, sizeof first);
+      std::memcpy(&last, bytes + size - sizeof last, sizeof last);
+      return !outside(first | std::uint64_t{last} << 32);
+   }
+   std::uint64_t word;
+   for (std::size_t at = 0; at + sizeof word < size; at += sizeof word) {
+      std::memcpy(&word, bytes + at, sizeof word);
+      if (outside(word)) {
+         return false;
+      }
+   }
+   std::memcpy(&word, bytes + size - sizeof word, sizeof word);
+   return !outside(word);
+}
+
 // Refuses the first character that a terminal could not show as it is (and a plain blank, unless
 // `plainBlankAllowed`), naming its position.
-void checkCharacters(std::string_view text, std::string_view what, Where const& where,
-                     bool plainBlankAllowed) {
+[[gnu::noinline]] void checkCharacters(std::string_view text, std::string_view what,
+                                       Where const& where, bool plainBlankAllowed) {
    if (auto const unshowable = Strix::findUnshowable(text, plainBlankAllowed)) {
       fail(where, unshowable->description + " at position " + std::to_string(unshowable->position) +
                       " in " + std::string(what));
@@ -75,10 +109,12 @@ void readList(Node const& list, Kel::OrderedSet<Key>& into, Read read) {
 }  // namespace
 
 Kel::String checkedName(std::string_view text, std::string_view what, Where const& where) {
-   if (text.empty()) {
-      fail(where, "empty " + std::string(what));
+   if (!printableAsciiName(text)) {
+      if (text.empty()) {
+         fail(where, "empty " + std::string(what));
+      }
+      checkCharacters(text, what, where, false);
    }
-   checkCharacters(text, what, where, false);
    return Kel::String(text);
 }
 
@@ -112,10 +148,14 @@ Quoll::IpGenPrefix readPrefix(Node const& node, Quoll::AddressFamily family) {
    return *parsed;
 }
 
-Classification::NumericalRange checkedRange(std::string_view text, RangeKind const& kind,
-                                            Where const& where) {
-   // Found in line: a range is a few bytes, shorter than a call to the C library's search.
-   auto const dash = std::find(text.begin(), text.end(), '-');
+namespace {
+
+// Every check of a range, in the order its faults are told; kept out of line, so that the reading
+// of a well-formed range needs no room for the messages.
+[[gnu::noinline]] Classification::NumericalRange checkedRangeSlowly(std::string_view text,
+                                                                    RangeKind const& kind,
+                                                                    Where const& where,
+                                                                    char const* dash) {
    Classification::NumericalRange range;
    range.low = checkedEnd({text.begin(), dash}, kind, where, text);
    range.high =
@@ -124,6 +164,49 @@ Classification::NumericalRange checkedRange(std::string_view text, RangeKind con
       fail(where, "range " + quoted(text) + " has its low end above its high end");
    }
    return range;
+}
+
+// The value of the digits from `at` on, nine at most, so that it cannot overflow, and where they
+// stop.
+struct LeadingDigits {
+   std::uint32_t value = 0;
+   std::size_t end = 0;
+};
+
+LeadingDigits leadingDigits(std::string_view text, std::size_t at) noexcept {
+   LeadingDigits digits{0, at};
+   for (; digits.end < text.size() && digits.end - at < 9; ++digits.end) {
+      auto const digit = static_cast<unsigned>(static_cast<unsigned char>(text[digits.end]) - '0');
+      if (digit > 9) {
+         break;
+      }
+      digits.value = digits.value * 10 + digit;
+   }
+   return digits;
+}
+
+}  // namespace
+
+// A well-formed range is read in line, in one pass; only one that fails a check goes through the
+// checks that say what is wrong, so that a range costs a few instructions a digit.
+Classification::NumericalRange checkedRange(std::string_view text, RangeKind const& kind,
+                                            Where const& where) {
+   auto const low = leadingDigits(text, 0);
+   if (low.end != 0) {
+      auto high = low;
+      if (low.end < text.size() && text[low.end] == '-') {
+         high = leadingDigits(text, low.end + 1);
+         if (high.end == low.end + 1) {
+            high.end = 0;  // no digits after the dash
+         }
+      }
+      if (high.end == text.size() && low.value >= kind.lowest && low.value <= high.value &&
+          high.value <= kind.highest) {
+         return {low.value, high.value};
+      }
+   }
+   // Found in line: a range is a few bytes, shorter than a call to the C library's search.
+   return checkedRangeSlowly(text, kind, where, std::find(text.begin(), text.end(), '-'));
 }
 
 void readPrefixList(Node const& list, Quoll::AddressFamily family,
