@@ -185,8 +185,7 @@ void ShowTrafficPolicyBase::renderActions(vellum::RendererV2* renderer, Kel::Str
    static constexpr std::string_view kActionsLabel = "Actions: ";
    auto const actionIndent = indent + static_cast<std::uint32_t>(kActionsLabel.size());
    renderer->_startJsonObject("actions");
-   writeIndent(*renderer, indent);
-   renderer->writeString(kActionsLabel);
+   renderer->writeIndented(indent, kActionsLabel);
    bool first = true;
    for (auto const& [type, action] : actions->policyAction()) {
       if (!isPolicyActionType(type)) {

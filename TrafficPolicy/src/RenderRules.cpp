@@ -117,8 +117,7 @@ void renderAddresses(vellum::RendererV2& renderer, FieldSetState const& fieldSet
 template <typename JsonValue>
 void renderFlagLine(vellum::RendererV2& renderer, std::uint32_t indent, std::string_view text,
                     vellum::JsonKey jsonKey, JsonValue jsonValue) {
-   writeIndent(renderer, indent);
-   renderer.writeString(text);
+   renderer.writeIndented(indent, text);
    renderer.eol();
    renderer._addJsonKeyValuePair(jsonKey, jsonValue);
 }
@@ -184,8 +183,7 @@ void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
       renderer->listEntry([&, ruleIndex = ruleIndex, &match = match] {
          renderer->_addJsonKeyValuePair("ruleString", ruleName);
          renderer->_addJsonKeyValuePair("matchOption", optionWord);
-         writeIndent(*renderer, indent);
-         renderer->writeString("match ");
+         renderer->writeIndented(indent, "match ");
          renderer->writeString(ruleName);
          renderer->writeString(" ");
          renderer->writeString(optionWord);

@@ -106,6 +106,13 @@ class Renderer {
       }
    }
 
+   // `blanks` blanks and then `text`, the indentation and label that start a line.
+   void writeIndented(std::size_t blanks, std::string_view text) {
+      if (isText()) {
+         buffer_.appendIndented(blanks, text);
+      }
+   }
+
    void eol() {
       if (isText()) {
          buffer_.append('\n');

@@ -55,6 +55,21 @@ class VellumBuffer {
       }
    }
 
+   // `blanks` blanks and then `text`: the start of nearly every line of text, an indentation and
+   // a label, as one piece when both are short.
+   void appendIndented(std::size_t blanks, std::string_view text) {
+      if (blanks <= kShort && text.size() <= kShort && 2 * kShort <= room()) [[likely]] {
+         std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(' ');
+         std::memcpy(cursor_, &words, sizeof words);
+         std::memcpy(cursor_ + sizeof words, &words, sizeof words);
+         copy(cursor_ + blanks, text.data(), text.size());
+         cursor_ += blanks + text.size();
+      } else {
+         appendFill(' ', blanks);
+         append(text);
+      }
+   }
+
    // Room for `size` bytes (at most kMaxReserve) to format into; commit() says how many were used.
    static constexpr std::size_t kMaxReserve = 256;
    char* reserve(std::size_t size) {
