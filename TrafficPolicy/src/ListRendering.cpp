@@ -7,7 +7,7 @@ namespace {
 
 // L4-port and VLAN field sets have one count each: " (Ports: 3)" and "numPorts": 3.
 void writeEntryCount(vellum::RendererV2& renderer, CountedFieldSetState const& fieldSet,
-                     std::string_view textLabel, std::string_view jsonKey, bool inText) {
+                     std::string_view textLabel, vellum::JsonKey jsonKey, bool inText) {
    renderer._addJsonKeyValuePair(jsonKey, fieldSet.totalEntries());
    if (inText) {
       renderer.writeString(" (");
@@ -42,7 +42,7 @@ void writeRangeEntry(vellum::RendererV2& renderer, Classification::NumericalRang
    renderer.numberPair("", "low", range.low, "high", range.high);
 }
 
-void writeRangeObject(vellum::RendererV2& renderer, std::string_view key,
+void writeRangeObject(vellum::RendererV2& renderer, vellum::JsonKey key,
                       Classification::NumericalRange const& range) {
    renderer.numberPair(key, "low", range.low, "high", range.high);
 }
@@ -70,7 +70,7 @@ void writeFieldSetSize(vellum::RendererV2& renderer, VlanFieldSetState const& fi
    writeEntryCount(renderer, fieldSet, "VLANs: ", "numVlans", inText);
 }
 
-void renderFieldSetNames(vellum::RendererV2& renderer, std::string_view jsonKey,
+void renderFieldSetNames(vellum::RendererV2& renderer, vellum::JsonKey jsonKey,
                          Classification::NameSet const& names) {
    renderer.list(jsonKey, [&] {
       if (renderer.isJson()) {

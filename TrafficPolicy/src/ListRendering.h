@@ -16,7 +16,7 @@ namespace TrafficPolicyCli {
 // empty list still shows its label on a line of its own.
 template <typename Items, typename WriteItem>
 void renderLabelledList(vellum::RendererV2& renderer, std::string_view label,
-                        std::string_view jsonKey, std::uint32_t indent, Items const& items,
+                        vellum::JsonKey jsonKey, std::uint32_t indent, Items const& items,
                         WriteItem&& writeItem) {
    renderer.list(jsonKey, [&] {
       auto const column = writeHeading(renderer, indent, label);
@@ -40,7 +40,7 @@ void writeRangeText(vellum::RendererV2& renderer, Classification::NumericalRange
                     std::string_view fieldName, PolicyMap::ClassMapMatchOption option);
 // JSON of a range, {"low": n, "high": n}: as a list element, or under a key.
 void writeRangeEntry(vellum::RendererV2& renderer, Classification::NumericalRange const& range);
-void writeRangeObject(vellum::RendererV2& renderer, std::string_view key,
+void writeRangeObject(vellum::RendererV2& renderer, vellum::JsonKey key,
                       Classification::NumericalRange const& range);
 
 // The size of a defined field set: in JSON always, in text (in brackets after its name) only
@@ -79,7 +79,7 @@ void writeFieldSetReference(vellum::RendererV2& renderer, Kel::String const& nam
 // byte order.
 template <typename Entry>
 void renderFieldSetReferences(vellum::RendererV2& renderer, std::string_view label,
-                              std::string_view jsonKey, std::uint32_t indent,
+                              vellum::JsonKey jsonKey, std::uint32_t indent,
                               Classification::NameSet const& names, FieldSetState const& usage,
                               FieldSetState::EntryMap<Entry> const& defined, bool showCounts) {
    renderLabelledList(renderer, label, jsonKey, indent, names, [&](Kel::String const& name) {
@@ -88,7 +88,7 @@ void renderFieldSetReferences(vellum::RendererV2& renderer, std::string_view lab
 }
 
 // The names alone, as a JSON list of strings for readers of the older form; nothing in text.
-void renderFieldSetNames(vellum::RendererV2& renderer, std::string_view jsonKey,
+void renderFieldSetNames(vellum::RendererV2& renderer, vellum::JsonKey jsonKey,
                          Classification::NameSet const& names);
 
 }  // namespace TrafficPolicyCli

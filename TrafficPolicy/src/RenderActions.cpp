@@ -38,7 +38,7 @@ bool isPolicyActionType(ActionType type) {
 // Redirect targets, sorted, in text "g1,g2,g3,g4..." (all of them with `showAll`); every name in
 // JSON. An empty list writes no text.
 void renderTargetNames(vellum::RendererV2& renderer, std::string_view label,
-                       std::string_view jsonKey, Kel::OrderedSet<Kel::String> const& names,
+                       vellum::JsonKey jsonKey, Kel::OrderedSet<Kel::String> const& names,
                        bool showAll) {
    constexpr std::size_t kShownNames = 4;
    renderer.list(jsonKey, [&] {
@@ -185,8 +185,7 @@ void ShowTrafficPolicyBase::renderActions(vellum::RendererV2* renderer, Kel::Str
    static constexpr std::string_view kActionsLabel = "Actions: ";
    auto const actionIndent = indent + static_cast<std::uint32_t>(kActionsLabel.size());
    renderer->_startJsonObject("actions");
-   writeIndent(*renderer, indent);
-   renderer->writeString(kActionsLabel);
+   renderer->writeIndented(indent, kActionsLabel);
    bool first = true;
    for (auto const& [type, action] : actions->policyAction()) {
       if (!isPolicyActionType(type)) {

@@ -27,7 +27,7 @@ struct CountDirections {
 // The old and the current key of a count are both written, for readers of either. A rule's count
 // names its keys in line: every rule has one, and literal keys are checked for escaping when the
 // library is compiled.
-constexpr std::array<std::string_view, 2> kNamedCountKeys{"countNamed", "inputNamedCounters"};
+constexpr std::array<vellum::JsonKey, 2> kNamedCountKeys{"countNamed", "inputNamedCounters"};
 
 // After the input figures: " (input)" where directions are named, then "N/A (output)" in the
 // column where the figures start (`valueColumn`), or in their place when input is not shown.
@@ -91,15 +91,18 @@ void renderNamedCount(vellum::RendererV2& renderer, PolicyState::PtrConst const&
          renderer.writeString(bytes);
          renderer.writeString(" bytes");
       }
-      for (auto const key : kNamedCountKeys) {
-         renderer.object(key, [&] {
-            renderer.object(counterName.view(), [&] {
-               renderer._addJsonKeyValuePair("packetCount", packets);
-               if (withBytes) {
-                  renderer._addJsonKeyValuePair("byteCount", bytes);
-               }
+      if (renderer.isJson()) {
+         vellum::JsonKey const counterKey(counterName.view());
+         for (auto const key : kNamedCountKeys) {
+            renderer.object(key, [&] {
+               renderer.object(counterKey, [&] {
+                  renderer._addJsonKeyValuePair("packetCount", packets);
+                  if (withBytes) {
+                     renderer._addJsonKeyValuePair("byteCount", bytes);
+                  }
+               });
             });
-         });
+         }
       }
    }
    finishCountLine(

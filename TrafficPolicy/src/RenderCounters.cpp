@@ -85,7 +85,7 @@ bool countsPerInterface(PolicyState const& record, bool isInput) {
 
 // " P packets" and, with byte counters, " B bytes"; in JSON the two figures under the given keys.
 void writeCounts(vellum::RendererV2* renderer, PolicyMap::PacketAndByte const& count,
-                 bool withBytes, char const* packetKey, char const* byteKey) {
+                 bool withBytes, vellum::JsonKey packetKey, vellum::JsonKey byteKey) {
    renderer->writeString(count.packets);
    renderer->writeString(" packets");
    renderer->_addJsonKeyValuePair(packetKey, count.packets);
@@ -188,7 +188,7 @@ void _renderTrafficPolicyCounters(vellum::RendererV2* renderer,
                                   ShowTrafficPolicyBase::PolicyStateMap const& policies,
                                   Kel::String const& policyName, bool byteCountersSupported,
                                   bool isInput) {
-   renderer->object(isInput ? "trafficPolicies" : "egressTrafficPolicies", [&] {
+   renderer->object(isInput ? vellum::JsonKey("trafficPolicies") : "egressTrafficPolicies", [&] {
       for (auto const& [name, record] : policies) {
          if (!policyName.empty() && name != policyName) {
             continue;

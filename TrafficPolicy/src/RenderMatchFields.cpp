@@ -156,7 +156,7 @@ bool hasSubCriteria(Kel::Ptr<ProtoField> const& protoField) {
 void renderPortDirection(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                          Classification::RangeSet const& ports,
                          Classification::NameSet const& fieldSets, Criterion criterion,
-                         std::string_view extFieldSetKey, std::string_view fieldSetNamesKey,
+                         vellum::JsonKey extFieldSetKey, vellum::JsonKey fieldSetNamesKey,
                          bool showFieldSetCounts, std::uint32_t indent,
                          ClassMapMatchOption option) {
    if (ports) {
@@ -200,7 +200,7 @@ void renderProtocol(vellum::RendererV2& renderer, FieldSetState const& fieldSetS
        protocols, [](auto const& entry) { return hasSubCriteria(entry.second); });
    auto const label = criterion.label();
    auto const jsonKey = criterion.jsonKey();
-   TP_TRACE(8) << label << " --> " << jsonKey;
+   TP_TRACE(8) << label << " --> " << jsonKey.text();
    auto const subIndent = indent + indentCountPerLevel;
    bool const grouped = renderer.context().groupedJsonForm;
 
@@ -248,11 +248,11 @@ void renderL4Ports(vellum::RendererV2& renderer, FieldSetState const& fieldSetSt
 void renderTcpFlags(vellum::RendererV2& renderer, ProtoField const& protoField,
                     std::uint32_t indent) {
    constexpr auto jsonKey = Criterion("TCP flags").jsonKey();
-   TP_TRACE(8) << "TCP flags --> " << jsonKey;
+   TP_TRACE(8) << "TCP flags --> " << jsonKey.text();
    // The older form has no groups: the flags of every group make up one list.
    bool const grouped = renderer.context().groupedJsonForm;
-   renderLabelledList(renderer, "TCP flags", grouped ? "tcpFlagGroups" : jsonKey, indent,
-                      protoField.tcpFlag(), [&](Classification::TcpFlagGroup const& group) {
+   renderLabelledList(renderer, "TCP flags", grouped ? vellum::JsonKey("tcpFlagGroups") : jsonKey,
+                      indent, protoField.tcpFlag(), [&](Classification::TcpFlagGroup const& group) {
                          if (!grouped) {
                             renderTcpFlagGroup(renderer, group);
                             return;

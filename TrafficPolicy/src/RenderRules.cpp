@@ -59,10 +59,10 @@ struct AddressCriteria {
    Classification::NameSet const& lpmPrefixSets;
    Criterion label;
    Criterion lpmLabel;
-   std::string_view extPrefixSetKey;
+   vellum::JsonKey extPrefixSetKey;
    // Empty where the names are not listed a second time (the inner header).
-   std::string_view prefixSetNamesKey;
-   std::string_view lpmPrefixSetKey;
+   vellum::JsonKey prefixSetNamesKey;
+   vellum::JsonKey lpmPrefixSetKey;
 };
 
 AddressCriteria sourcesOf(StructuredFilter const& filter) {
@@ -82,7 +82,7 @@ AddressCriteria destinationsOf(StructuredFilter const& filter) {
 
 // The inner header lists its field sets once, as objects.
 AddressCriteria innerOf(AddressCriteria criteria) {
-   criteria.prefixSetNamesKey = {};
+   criteria.prefixSetNamesKey = "";
    return criteria;
 }
 
@@ -116,9 +116,8 @@ void renderAddresses(vellum::RendererV2& renderer, FieldSetState const& fieldSet
 // A criterion that is a single flag: one line of text, one JSON pair.
 template <typename JsonValue>
 void renderFlagLine(vellum::RendererV2& renderer, std::uint32_t indent, std::string_view text,
-                    std::string_view jsonKey, JsonValue jsonValue) {
-   writeIndent(renderer, indent);
-   renderer.writeString(text);
+                    vellum::JsonKey jsonKey, JsonValue jsonValue) {
+   renderer.writeIndented(indent, text);
    renderer.eol();
    renderer._addJsonKeyValuePair(jsonKey, jsonValue);
 }
@@ -184,8 +183,7 @@ void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
       renderer->listEntry([&, ruleIndex = ruleIndex, &match = match] {
          renderer->_addJsonKeyValuePair("ruleString", ruleName);
          renderer->_addJsonKeyValuePair("matchOption", optionWord);
-         writeIndent(*renderer, indent);
-         renderer->writeString("match ");
+         renderer->writeIndented(indent, "match ");
          renderer->writeString(ruleName);
          renderer->writeString(" ");
          renderer->writeString(optionWord);
@@ -263,7 +261,7 @@ void renderPrefixSet(vellum::RendererV2& renderer, Criterion criterion,
 
 void renderPrefixFieldSet(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                           ClassMapMatchOption option, std::string_view label,
-                          std::string_view jsonName, Classification::NameSet const& names,
+                          vellum::JsonKey jsonName, Classification::NameSet const& names,
                           bool showFieldSetCounts, std::uint32_t indent, bool extended) {
    if (!extended) {
       renderFieldSetNames(renderer, jsonName, names);

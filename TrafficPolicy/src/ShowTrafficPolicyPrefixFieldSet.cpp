@@ -166,7 +166,7 @@ void ShowTrafficPolicyPrefixFieldSet::renderFieldSet(vellum::RendererV2& rendere
       renderer.eol();
       renderer.eol();
    }
-   renderer.object(name, [&] {
+   renderer.object(name.view(), [&] {
       if (renderer.isJson()) {
          renderer._addJsonKeyValuePair("source",
                                        contentsSourceShowString(subConfig->source(), true));

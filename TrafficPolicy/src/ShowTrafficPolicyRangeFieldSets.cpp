@@ -89,7 +89,7 @@ void ShowTrafficPolicyRangeFieldSet<SubConfig, listing>::renderFieldSet(
          renderer.eol();
       }
    }
-   renderer.object(name, [&] {
+   renderer.object(name.view(), [&] {
       if (renderer.isJson()) {
          renderer._addJsonKeyValuePair("source", contentsSourceShowString(source, true));
       }

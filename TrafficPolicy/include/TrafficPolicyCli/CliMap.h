@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "vellum/JsonKey.h"
+
 namespace TrafficPolicyCli {
 
 struct CliMapRow {
@@ -93,7 +95,7 @@ class Criterion {
    consteval Criterion(char const* label) : label_(label), jsonKey_(keyOf(label_)) {}
 
    constexpr std::string_view label() const noexcept { return label_; }
-   constexpr std::string_view jsonKey() const noexcept { return jsonKey_; }
+   constexpr vellum::JsonKey jsonKey() const noexcept { return jsonKey_; }
 
  private:
    // Walks the rows rather than asking the indexed lookup, whose null answer is a pointer that
@@ -108,7 +110,7 @@ class Criterion {
    }
 
    std::string_view label_;
-   std::string_view jsonKey_;
+   vellum::JsonKey jsonKey_;
 };
 
 // The JSON key of a label that the renderers use; a label missing from the table is a programming

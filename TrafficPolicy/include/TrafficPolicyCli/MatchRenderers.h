@@ -36,7 +36,7 @@ void renderPrefixSet(vellum::RendererV2& renderer, Criterion criterion,
 // the names.
 void renderPrefixFieldSet(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,
                           PolicyMap::ClassMapMatchOption option, std::string_view label,
-                          std::string_view jsonName, Classification::NameSet const& names,
+                          vellum::JsonKey jsonName, Classification::NameSet const& names,
                           bool showFieldSetCounts, std::uint32_t indent, bool extended);
 
 // Numeric ranges under their criterion's label and key, in ascending order; single DSCP and

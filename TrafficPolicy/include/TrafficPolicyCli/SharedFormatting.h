@@ -10,7 +10,6 @@
 #include "Kel/Ptr.h"
 #include "Kel/String.h"
 #include "PolicyMap/Types.h"
-#include "Strix/JustifyLeft.h"
 #include "TrafficPolicy/TrafficPolicyConfig.h"
 #include "vellum/Renderer.h"
 
@@ -19,15 +18,14 @@ namespace TrafficPolicyCli {
 // Exactly `blanks` blanks at the start of a text line. This and the heading are in line because
 // nearly every line has them: in JSON they come down to one test of the format.
 inline void writeIndent(vellum::RendererV2& renderer, std::uint32_t blanks) {
-   renderer.writeString(Strix::JustifyLeft<char const*>("", blanks, ' '));
+   renderer.writeIndented(blanks, {});
 }
 
 // Text: the indentation, the label and ": ". Returns the column at which the value starts, where
 // the later values of a list stand.
 inline std::uint32_t writeHeading(vellum::RendererV2& renderer, std::uint32_t indent,
                                   std::string_view label) {
-   writeIndent(renderer, indent);
-   renderer.writeString(label);
+   renderer.writeIndented(indent, label);
    renderer.addFrill(": ");
    return indent + static_cast<std::uint32_t>(label.size()) + 2;
 }

@@ -16,7 +16,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -29,62 +28,12 @@
 #include "Kel/String.h"
 #include "Quoll/IpGenPrefix.h"
 #include "Strix/JustifyLeft.h"
+#include "vellum/JsonKey.h"
 #include "vellum/OutputContext.h"
 #include "vellum/OutputFormat.h"
 #include "vellum/VellumBuffer.h"
 
 namespace vellum {
-
-namespace detail {
-// Bytes that cannot be copied into a JSON string as they are.
-inline constexpr auto kNeedsEscape = [] {
-   std::array<bool, 256> table{};
-   for (unsigned byte = 0; byte < 256; ++byte) {
-      table[byte] = byte < 0x20 || byte == '"' || byte == '\\' || byte >= 0x80;
-   }
-   return table;
-}();
-
-// Whether any byte of `text` must be escaped, eight bytes at a time: keys and names are short and
-// almost never need it. Below four bytes each byte is looked up; a string of 4 to 7 bytes is read
-// as two overlapping halves of a word, and the last word of a longer one ends at its last byte.
-inline bool needsEscape(std::string_view text) noexcept {
-   constexpr std::uint64_t kOnes = 0x0101010101010101;
-   constexpr std::uint64_t kHighs = 0x8080808080808080;
-   // Nonzero when a byte is below `limit` (at most 0x80).
-   auto anyBelow = [](std::uint64_t word, unsigned limit) {
-      return (word - kOnes * limit) & ~word & kHighs;
-   };
-   auto anyEqual = [&](std::uint64_t word, unsigned char byte) {
-      return anyBelow(word ^ (kOnes * byte), 1);
-   };
-   auto escaped = [&](std::uint64_t word) {
-      return ((word & kHighs) | anyBelow(word, 0x20) | anyEqual(word, '"') |
-              anyEqual(word, '\\')) != 0;
-   };
-   auto const size = text.size();
-   char const* const data = text.data();
-   if (size < 4) {
-      return std::ranges::any_of(
-          text, [](char c) { return kNeedsEscape[static_cast<unsigned char>(c)]; });
-   }
-   // Short strings fill the word's upper half with blanks, which need no escaping.
-   auto load = [data](std::size_t at, std::size_t bytes) {
-      std::uint64_t word = kOnes * ' ';
-      std::memcpy(&word, data + at, bytes);
-      return word;
-   };
-   if (size < 8) {
-      return escaped(load(0, 4)) || escaped(load(size - 4, 4));
-   }
-   for (std::size_t at = 0; at + 8 < size; at += 8) {
-      if (escaped(load(at, 8))) {
-         return true;
-      }
-   }
-   return escaped(load(size - 8, 8));
-}
-}  // namespace detail
 
 template <typename T>
 concept UnsignedNumber = std::unsigned_integral<T> && !std::same_as<T, bool>;
@@ -157,6 +106,13 @@ class Renderer {
       }
    }
 
+   // `blanks` blanks and then `text`, the indentation and label that start a line.
+   void writeIndented(std::size_t blanks, std::string_view text) {
+      if (isText()) {
+         buffer_.appendIndented(blanks, text);
+      }
+   }
+
    void eol() {
       if (isText()) {
          buffer_.append('\n');
@@ -177,10 +133,10 @@ class Renderer {
    }
 
    // ---- JSON ----
-   void _startJsonObject(std::string_view key) {
+   void _startJsonObject(JsonKey key) {
       openKeyed(key, Scope::object);
    }
-   void _startJsonList(std::string_view key) {
+   void _startJsonList(JsonKey key) {
       openKeyed(key, Scope::list);
    }
    void _startJsonListEntry() {
@@ -203,13 +159,13 @@ class Renderer {
    // brackets exist in JSON only). An exception out of `body` leaves the scope open, as an
    // interrupted document is left.
    template <typename Body>
-   void object(std::string_view key, Body&& body) {
+   void object(JsonKey key, Body&& body) {
       _startJsonObject(key);
       body();
       endJsonDict();
    }
    template <typename Body>
-   void list(std::string_view key, Body&& body) {
+   void list(JsonKey key, Body&& body) {
       _startJsonList(key);
       body();
       endJsonList();
@@ -222,39 +178,39 @@ class Renderer {
       endJsonDict();
    }
 
-   void _addJsonKeyValuePair(std::string_view key, std::string_view value) {
+   void _addJsonKeyValuePair(JsonKey key, std::string_view value) {
       if (startPair(key)) {
          appendQuoted(value);
       }
    }
-   void _addJsonKeyValuePair(std::string_view key, char const* value) {
+   void _addJsonKeyValuePair(JsonKey key, char const* value) {
       _addJsonKeyValuePair(key, std::string_view(value));
    }
-   void _addJsonKeyValuePair(std::string_view key, Kel::String const& value) {
+   void _addJsonKeyValuePair(JsonKey key, Kel::String const& value) {
       _addJsonKeyValuePair(key, value.view());
    }
-   void _addJsonKeyValuePair(std::string_view key, std::string const& value) {
+   void _addJsonKeyValuePair(JsonKey key, std::string const& value) {
       _addJsonKeyValuePair(key, std::string_view(value));
    }
    template <UnsignedNumber T>
-   void _addJsonKeyValuePair(std::string_view key, T value) {
+   void _addJsonKeyValuePair(JsonKey key, T value) {
       if (startPair(key)) {
          appendNumber(value);
       }
    }
    template <std::signed_integral T>
-   void _addJsonKeyValuePair(std::string_view key, T value) = delete;
-   void _addJsonKeyValuePair(std::string_view key, bool value) {
+   void _addJsonKeyValuePair(JsonKey key, T value) = delete;
+   void _addJsonKeyValuePair(JsonKey key, bool value) {
       if (startPair(key)) {
          buffer_.append(value ? std::string_view("true") : std::string_view("false"));
       }
    }
-   void _addJsonKeyValuePair(std::string_view key, std::nullptr_t) {
+   void _addJsonKeyValuePair(JsonKey key, std::nullptr_t) {
       if (startPair(key)) {
          buffer_.append(std::string_view("null"));
       }
    }
-   void _addJsonKeyValuePair(std::string_view key, Quoll::IpGenPrefix const& value) {
+   void _addJsonKeyValuePair(JsonKey key, Quoll::IpGenPrefix const& value) {
       if (startPair(key)) {
          buffer_.append('"');
          appendPrefix(value);
@@ -267,8 +223,8 @@ class Renderer {
    // whole object goes into one piece of the buffer when no key needs escaping, as for literal
    // keys the compiler settles.
    template <UnsignedNumber T>
-   [[gnu::always_inline]] void numberPair(std::string_view key, std::string_view firstKey, T first,
-                                          std::string_view secondKey, T second) {
+   [[gnu::always_inline]] void numberPair(JsonKey key, JsonKey firstKey, T first, JsonKey secondKey,
+                                          T second) {
       if (!isJson()) {
          return;
       }
@@ -278,8 +234,7 @@ class Renderer {
           key.size() + firstKey.size() + secondKey.size() + 2 * kDigits + kFrame;
       // Empty inner keys take the general path, where an empty key means a bare value.
       if (size > VellumBuffer::kMaxReserve || firstKey.empty() || secondKey.empty() ||
-          detail::needsEscape(key) || detail::needsEscape(firstKey) ||
-          detail::needsEscape(secondKey)) {
+          !key.plain() || !firstKey.plain() || !secondKey.plain()) {
          numberPairEscaped(key, firstKey, first, secondKey, second);
          return;
       }
@@ -344,10 +299,10 @@ class Renderer {
    // The separator, the quoted key and its colon; in one piece of the buffer when the key needs
    // no escaping, as nearly every key does. Inline, so that for the literal keys of the show code
    // the compiler answers the escaping question and sizes the copy.
-   [[gnu::always_inline]] void startKey(std::string_view key) {
+   [[gnu::always_inline]] void startKey(JsonKey key) {
       constexpr std::size_t kFrame = 4;  // comma, two quotes, colon
-      if (key.size() > VellumBuffer::kMaxReserve - kFrame || detail::needsEscape(key)) {
-         startEscapedKey(key);
+      if (key.size() > VellumBuffer::kMaxReserve - kFrame || !key.plain()) {
+         startEscapedKey(key.text());
          return;
       }
       char* const start = buffer_.reserve(key.size() + kFrame);
@@ -355,25 +310,20 @@ class Renderer {
       if (!first_) {
          *out++ = ',';
       }
-      *out++ = '"';
-      std::memcpy(out, key.data(), key.size());
-      out += key.size();
-      *out++ = '"';
-      *out++ = ':';
+      out = quotedKey(out, key);
       buffer_.commit(static_cast<std::size_t>(out - start));
    }
    // `"key":` at `out`, for a key that needs no escaping; returns the end.
-   static char* quotedKey(char* out, std::string_view key) noexcept {
+   static char* quotedKey(char* out, JsonKey key) noexcept {
       *out++ = '"';
-      std::memcpy(out, key.data(), key.size());
+      std::memcpy(out, key.text().data(), key.size());
       out += key.size();
       *out++ = '"';
       *out++ = ':';
       return out;
    }
    template <UnsignedNumber T>
-   void numberPairEscaped(std::string_view key, std::string_view firstKey, T first,
-                          std::string_view secondKey, T second) {
+   void numberPairEscaped(JsonKey key, JsonKey firstKey, T first, JsonKey secondKey, T second) {
       auto const pairs = [&] {
          _addJsonKeyValuePair(firstKey, first);
          _addJsonKeyValuePair(secondKey, second);
@@ -390,7 +340,7 @@ class Renderer {
    static char closeBracket(Scope scope) noexcept {
       return scope == Scope::object ? '}' : ']';
    }
-   void openKeyed(std::string_view key, Scope scope) {
+   void openKeyed(JsonKey key, Scope scope) {
       if (isJson()) {
          checkKey();
          opened(scope);
@@ -407,7 +357,7 @@ class Renderer {
       }
    }
    // Writes the separator and the key; false in text, where the pair writes nothing.
-   bool startPair(std::string_view key) {
+   bool startPair(JsonKey key) {
       if (!isJson()) {
          return false;
       }

@@ -26,44 +26,59 @@ class VellumBuffer {
    VellumBuffer& operator=(VellumBuffer const&) = delete;
 
    void append(std::string_view text) {
-      if (text.size() <= capacity_ - used_) [[likely]] {
-         copy(data_.get() + used_, text.data(), text.size());
-         used_ += text.size();
+      if (text.size() <= room()) [[likely]] {
+         copy(cursor_, text.data(), text.size());
+         cursor_ += text.size();
       } else {
          appendSlow(text);
       }
    }
    void append(char c) {
-      if (used_ == capacity_) [[unlikely]] {
+      if (cursor_ == limit_) [[unlikely]] {
          flush();
       }
-      data_[used_++] = c;
+      *cursor_++ = c;
    }
    void appendFill(char fill, std::size_t count) {
-      if (count <= kShort && kShort <= capacity_ - used_) [[likely]] {
+      if (count <= kShort && kShort <= room()) [[likely]] {
          // An indentation: two words of the fill, of which the bytes past the count are free
          // room that the next append writes over.
          std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(fill);
-         std::memcpy(data_.get() + used_, &words, sizeof words);
-         std::memcpy(data_.get() + used_ + sizeof words, &words, sizeof words);
-         used_ += count;
-      } else if (count <= capacity_ - used_) {
-         std::memset(data_.get() + used_, fill, count);
-         used_ += count;
+         std::memcpy(cursor_, &words, sizeof words);
+         std::memcpy(cursor_ + sizeof words, &words, sizeof words);
+         cursor_ += count;
+      } else if (count <= room()) {
+         std::memset(cursor_, fill, count);
+         cursor_ += count;
       } else {
          appendFillSlow(fill, count);
+      }
+   }
+
+   // `blanks` blanks and then `text`: the start of nearly every line of text, an indentation and
+   // a label, as one piece when both are short.
+   void appendIndented(std::size_t blanks, std::string_view text) {
+      if (blanks <= kShort && text.size() <= kShort && 2 * kShort <= room()) [[likely]] {
+         std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(' ');
+         std::memcpy(cursor_, &words, sizeof words);
+         std::memcpy(cursor_ + sizeof words, &words, sizeof words);
+         copy(cursor_ + blanks, text.data(), text.size());
+         cursor_ += blanks + text.size();
+      } else {
+         appendFill(' ', blanks);
+         append(text);
       }
    }
 
    // Room for `size` bytes (at most kMaxReserve) to format into; commit() says how many were used.
    static constexpr std::size_t kMaxReserve = 256;
    char* reserve(std::size_t size) {
-      if (size > capacity_ - used_) [[unlikely]] {
+      if (size > room()) [[unlikely]] {
          flush();
       }
-      return data_.get() + used_;
+      return cursor_;
    }
-   void commit(std::size_t size) noexcept { used_ += size; }
+   void commit(std::size_t size) noexcept { cursor_ += size; }
 
    // Writes out everything buffered.
    void flush();
@@ -95,14 +110,17 @@ class VellumBuffer {
       }
    }
 
+   std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - cursor_); }
    void appendSlow(std::string_view text);
    void appendFillSlow(char fill, std::size_t count);
    void writeAll(char const* data, std::size_t size);
 
    int fd_;
    std::size_t capacity_;
-   std::size_t used_ = 0;
    std::unique_ptr<char[]> data_;
+   // The next byte to write and the end of the buffer: an append compares and moves one pointer.
+   char* cursor_ = data_.get();
+   char* limit_ = data_.get() + capacity_;
    // Set once the output has ended with an exception; nothing more is written.
    bool ended_ = false;
 };

@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <utility>
 
 #include "Kel/Assert.h"
 #include "vellum/SigIntException.h"
@@ -72,12 +71,12 @@ VellumBuffer::~VellumBuffer() noexcept(false) {
 
 void VellumBuffer::appendFillSlow(char fill, std::size_t count) {
    while (count > 0) {
-      if (used_ == capacity_) {
+      if (cursor_ == limit_) {
          flush();
       }
-      auto const chunk = std::min(count, capacity_ - used_);
-      std::memset(data_.get() + used_, fill, chunk);
-      used_ += chunk;
+      auto const chunk = std::min(count, room());
+      std::memset(cursor_, fill, chunk);
+      cursor_ += chunk;
       count -= chunk;
    }
 }
@@ -89,11 +88,12 @@ void VellumBuffer::appendSlow(std::string_view text) {
       return;
    }
    std::memcpy(data_.get(), text.data(), text.size());
-   used_ = text.size();
+   cursor_ = data_.get() + text.size();
 }
 
 void VellumBuffer::flush() {
-   auto const size = std::exchange(used_, 0);
+   auto const size = static_cast<std::size_t>(cursor_ - data_.get());
+   cursor_ = data_.get();
    writeAll(data_.get(), size);
 }
 

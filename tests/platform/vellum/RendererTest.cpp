@@ -153,8 +153,9 @@ TEST(RendererEscaping, EveryPlaceOfAnEscapedByteIsSeen) {
          for (std::size_t place = 0; place < length; ++place) {
             std::string text(length, ' ');
             text[place] = special;
-            auto const document = render(
-                OutputFormat_t::json, [&](RendererV2& r) { r._addJsonKeyValuePair(text, text); });
+            auto const document = render(OutputFormat_t::json, [&](RendererV2& r) {
+               r._addJsonKeyValuePair(std::string_view(text), text);
+            });
             auto expected = text;
             if (special == '\xff') {
                expected.replace(place, 1, "\ufffd");
@@ -163,6 +164,20 @@ TEST(RendererEscaping, EveryPlaceOfAnEscapedByteIsSeen) {
          }
       }
    }
+}
+
+// Literal keys are judged when the code is compiled, by the byte table instead of the word test.
+static_assert(vellum::JsonKey("destExtL4PortFieldSet").plain());
+static_assert(!vellum::JsonKey("quote\"d").plain() && !vellum::JsonKey("tab\there").plain());
+static_assert(!vellum::JsonKey("long key with a backslash \\ late").plain());
+
+TEST(RendererEscaping, LiteralKeysThatNeedEscapingAreEscaped) {
+   auto const document = render(OutputFormat_t::json, [](RendererV2& r) {
+      r.object("a\"b", [&] { r.numberPair("c\\d", "low", 1U, "high", 2U); });
+   });
+   EXPECT_EQ(document, R"({"a\"b":{"c\\d":{"low":1,"high":2}}})"
+                       "\n");
+   EXPECT_EQ(parseJson(document).at("a\"b").at("c\\d").at("high"), 2);
 }
 
 TEST(RendererEscaping, LongStringsCrossingTheBufferAreIntact) {
