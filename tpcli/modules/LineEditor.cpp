@@ -59,6 +59,13 @@ LibeditLineEditor::LibeditLineEditor(std::string prompt, Assist assist)
    // Ctrl-C reaches the editor as a key while typing, so that it drops the line rather than
    // interrupting the process.
    el_set(editLine_, EL_SETTY, "-d", "-isig", nullptr);
+   // While a command runs, Ctrl-C keeps what it wrote and the terminal has not shown yet. By
+   // default the terminal drops that output, cut at any byte, even between a line's carriage
+   // return and its line feed; "exiting interrupted" then overwrote only the start of the
+   // listing's last line, and the rest of it stayed on the screen after the message. Nor is the
+   // key echoed as "^C": the echo races with the command's own message and may land before the
+   // next prompt; the message says that the command was interrupted.
+   el_set(editLine_, EL_SETTY, "-x", "+noflsh", "-echoctl", nullptr);
    // The wide form keeps these strings as given; the narrow one copies them and never frees them.
    el_wset(editLine_, EL_ADDFN, L"tpcli-help", L"List what may come next",
            &LibeditLineEditor::onHelp);
