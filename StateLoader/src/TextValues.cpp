@@ -64,20 +64,32 @@ std::string_view familyName(Quoll::AddressFamily family) {
 // Above every limit a range may have, so that longer numbers need not be read exactly.
 constexpr std::uint64_t kBeyondEveryLimit = std::uint64_t{1} << 32;
 
-// Decimal digits only, read in one pass; a value above every limit stands for any larger one.
-std::optional<std::uint64_t> parseNumber(std::string_view digits) {
-   if (digits.empty()) {
+// The value of the decimal digits from `at` on and where they stop; a value above every limit
+// stands for any larger one.
+struct LeadingDigits {
+   std::uint64_t value = 0;
+   std::size_t end = 0;
+};
+
+LeadingDigits leadingDigits(std::string_view text, std::size_t at) noexcept {
+   LeadingDigits digits{0, at};
+   for (; digits.end < text.size(); ++digits.end) {
+      auto const digit = static_cast<unsigned>(static_cast<unsigned char>(text[digits.end]) - '0');
+      if (digit > 9) {
+         break;
+      }
+      digits.value = std::min(digits.value * 10 + digit, kBeyondEveryLimit);
+   }
+   return digits;
+}
+
+// Decimal digits only.
+std::optional<std::uint64_t> parseNumber(std::string_view text) {
+   auto const digits = leadingDigits(text, 0);
+   if (text.empty() || digits.end != text.size()) {
       return std::nullopt;
    }
-   std::uint64_t value = 0;
-   for (char const character : digits) {
-      auto const digit = static_cast<unsigned>(static_cast<unsigned char>(character) - '0');
-      if (digit > 9) {
-         return std::nullopt;
-      }
-      value = std::min(value * 10 + digit, kBeyondEveryLimit);
-   }
-   return value;
+   return digits.value;
 }
 
 std::uint32_t checkedEnd(std::string_view digits, RangeKind const& kind, Where const& where,
@@ -166,25 +178,6 @@ namespace {
    return range;
 }
 
-// The value of the digits from `at` on, nine at most, so that it cannot overflow, and where they
-// stop.
-struct LeadingDigits {
-   std::uint32_t value = 0;
-   std::size_t end = 0;
-};
-
-LeadingDigits leadingDigits(std::string_view text, std::size_t at) noexcept {
-   LeadingDigits digits{0, at};
-   for (; digits.end < text.size() && digits.end - at < 9; ++digits.end) {
-      auto const digit = static_cast<unsigned>(static_cast<unsigned char>(text[digits.end]) - '0');
-      if (digit > 9) {
-         break;
-      }
-      digits.value = digits.value * 10 + digit;
-   }
-   return digits;
-}
-
 }  // namespace
 
 // A well-formed range is read in line, in one pass; only one that fails a check goes through the
@@ -193,16 +186,12 @@ Classification::NumericalRange checkedRange(std::string_view text, RangeKind con
                                             Where const& where) {
    auto const low = leadingDigits(text, 0);
    if (low.end != 0) {
-      auto high = low;
-      if (low.end < text.size() && text[low.end] == '-') {
-         high = leadingDigits(text, low.end + 1);
-         if (high.end == low.end + 1) {
-            high.end = 0;  // no digits after the dash
-         }
-      }
-      if (high.end == text.size() && low.value >= kind.lowest && low.value <= high.value &&
-          high.value <= kind.highest) {
-         return {low.value, high.value};
+      auto const high =
+          low.end < text.size() && text[low.end] == '-' ? leadingDigits(text, low.end + 1) : low;
+      bool const highRead = high.end != low.end + 1;  // digits after a dash
+      if (highRead && high.end == text.size() && low.value >= kind.lowest &&
+          low.value <= high.value && high.value <= kind.highest) {
+         return {static_cast<std::uint32_t>(low.value), static_cast<std::uint32_t>(high.value)};
       }
    }
    // Found in line: a range is a few bytes, shorter than a call to the C library's search.

@@ -41,11 +41,7 @@ class VellumBuffer {
    }
    void appendFill(char fill, std::size_t count) {
       if (count <= kShort && kShort <= room()) [[likely]] {
-         // An indentation: two words of the fill, of which the bytes past the count are free
-         // room that the next append writes over.
-         std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(fill);
-         std::memcpy(cursor_, &words, sizeof words);
-         std::memcpy(cursor_ + sizeof words, &words, sizeof words);
+         fillShort(fill);
          cursor_ += count;
       } else if (count <= room()) {
          std::memset(cursor_, fill, count);
@@ -59,9 +55,7 @@ class VellumBuffer {
    // a label, as one piece when both are short.
    void appendIndented(std::size_t blanks, std::string_view text) {
       if (blanks <= kShort && text.size() <= kShort && 2 * kShort <= room()) [[likely]] {
-         std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(' ');
-         std::memcpy(cursor_, &words, sizeof words);
-         std::memcpy(cursor_ + sizeof words, &words, sizeof words);
+         fillShort(' ');
          copy(cursor_ + blanks, text.data(), text.size());
          cursor_ += blanks + text.size();
       } else {
@@ -111,6 +105,14 @@ class VellumBuffer {
    }
 
    std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - cursor_); }
+   // kShort bytes of the fill at the cursor, in two words, without moving it: an indentation is
+   // written whole, and the bytes past it are free room that the next append writes over.
+   void fillShort(char fill) noexcept {
+      static_assert(kShort == 2 * sizeof(std::uint64_t));
+      std::uint64_t const words = 0x0101010101010101 * static_cast<unsigned char>(fill);
+      std::memcpy(cursor_, &words, sizeof words);
+      std::memcpy(cursor_ + sizeof words, &words, sizeof words);
+   }
    void appendSlow(std::string_view text);
    void appendFillSlow(char fill, std::size_t count);
    void writeAll(char const* data, std::size_t size);
