@@ -358,6 +358,21 @@ class SortedChunks {
             at_ += place.position;
          }
       }
+      // The first entry (the end of an empty collection), and the end. Every walk over a
+      // collection makes both, and most collections are one chunk: neither counts the chunks.
+      static Iterator first(Owner owner) noexcept {
+         Iterator first = end(owner);
+         if (!owner->first_.empty()) {
+            first.at_ = owner->first_.begin();
+            first.chunkEnd_ = owner->first_.end();
+         }
+         return first;
+      }
+      static Iterator end(Owner owner) noexcept {
+         Iterator end;
+         end.owner_ = owner;
+         return end;
+      }
 
       void enterChunk(std::size_t index) {
          chunk_ = index;
@@ -370,7 +385,10 @@ class SortedChunks {
          }
       }
       Place place() const {
-         return {chunk_, at_ ? static_cast<std::size_t>(at_ - owner_->chunk(chunk_).begin()) : 0};
+         if (!at_) {
+            return owner_->endPlace();
+         }
+         return {chunk_, static_cast<std::size_t>(at_ - owner_->chunk(chunk_).begin())};
       }
 
       Owner owner_ = nullptr;
@@ -384,10 +402,10 @@ class SortedChunks {
    std::size_t size() const noexcept { return more() ? more()->size : first_.size(); }
    bool empty() const noexcept { return first_.empty(); }
 
-   iterator begin() noexcept { return {this, {}}; }
-   iterator end() noexcept { return {this, endPlace()}; }
-   const_iterator begin() const noexcept { return {this, {}}; }
-   const_iterator end() const noexcept { return {this, endPlace()}; }
+   iterator begin() noexcept { return iterator::first(this); }
+   iterator end() noexcept { return iterator::end(this); }
+   const_iterator begin() const noexcept { return const_iterator::first(this); }
+   const_iterator end() const noexcept { return const_iterator::end(this); }
 
    const_iterator lower_bound(key_type const& key) const { return {this, lowerBound(key)}; }
    const_iterator upper_bound(key_type const& key) const { return {this, upperBound(key)}; }
@@ -424,7 +442,7 @@ class SortedChunks {
    std::pair<iterator, bool> findOrInsert(key_type const& key, Make&& make) {
       if (empty()) {
          first_.push_back(make());
-         return {iterator(this, {}), true};
+         return {iterator(this, Place{}), true};
       }
       // Loaders mostly hand keys over in ascending order: one comparison with the last key.
       auto const last = chunkCount() - 1;
