@@ -17,23 +17,23 @@ bool isSmall(Node const& object) {
 }
 
 ReadingCrew::ReadingCrew(unsigned threads, std::function<void(unsigned)> readRuns)
-    : readRuns_(std::move(readRuns)), started_(threads), finished_(threads) {
+    : shared_(std::make_shared<Shared>(std::move(readRuns), threads)) {
    for (unsigned thread = 1; thread < threads; ++thread) {
       try {
-         helpers_.emplace_back([this, thread] {
+         std::thread([shared = shared_, thread] {
             for (;;) {
-               started_.arrive_and_wait();
-               if (over_) {
+               shared->started.arrive_and_wait();
+               if (shared->over) {
                   return;
                }
-               readRuns_(thread);
-               finished_.arrive_and_wait();
+               shared->readRuns(thread);
+               shared->finished.arrive_and_wait();
             }
-         });
+         }).detach();
       } catch (std::system_error const&) {
          // The thread that did not start no longer counts.
-         started_.arrive_and_drop();
-         finished_.arrive_and_drop();
+         shared_->started.arrive_and_drop();
+         shared_->finished.arrive_and_drop();
       }
    }
 }
@@ -41,20 +41,20 @@ ReadingCrew::ReadingCrew(unsigned threads, std::function<void(unsigned)> readRun
 ReadingCrew::~ReadingCrew() {
    // A fault found while entering the last window leaves the helpers reading the next one.
    if (reading_) {
-      finished_.arrive_and_wait();
+      shared_->finished.arrive_and_wait();
    }
-   over_ = true;
-   started_.arrive_and_wait();
+   shared_->over = true;
+   shared_->started.arrive_and_wait();
 }
 
 void ReadingCrew::startWindow() {
-   started_.arrive_and_wait();
+   shared_->started.arrive_and_wait();
    reading_ = true;
 }
 
 void ReadingCrew::finishWindow() {
-   readRuns_(0);
-   finished_.arrive_and_wait();
+   shared_->readRuns(0);
+   shared_->finished.arrive_and_wait();
    reading_ = false;
 }
 

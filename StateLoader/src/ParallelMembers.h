@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <exception>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -47,13 +48,15 @@ bool isSmall(Node const& object);
 
 // The threads that read windows of members with the calling thread. They live as long as the walk
 // over the object: a thread started per window would set up its allocator's heap again each time.
+// The walk does not wait for them to end, only to stop reading: a thread's end hands its
+// allocator's heap back, about a millisecond on the calling thread's path at every large object.
 class ReadingCrew {
  public:
    // Starts up to `threads` - 1 helpers (fewer only make the reading slower); each of them, and
    // the calling thread, call `readRuns` once per window with its own number below `threads`
    // (the calling thread's is 0).
    ReadingCrew(unsigned threads, std::function<void(unsigned)> readRuns);
-   // Waits for a window that is still being read.
+   // Waits for a window that is still being read, then lets the helpers go.
    ~ReadingCrew();
    ReadingCrew(ReadingCrew const&) = delete;
    ReadingCrew& operator=(ReadingCrew const&) = delete;
@@ -65,12 +68,17 @@ class ReadingCrew {
    void finishWindow();
 
  private:
-   std::function<void(unsigned)> readRuns_;
-   std::barrier<> started_;
-   std::barrier<> finished_;
-   bool over_ = false;
+   // Held by the helpers too, as they may still be leaving the last barrier when the walk is over.
+   struct Shared {
+      Shared(std::function<void(unsigned)> reading, unsigned threads)
+          : readRuns(std::move(reading)), started(threads), finished(threads) {}
+      std::function<void(unsigned)> readRuns;
+      std::barrier<> started;
+      std::barrier<> finished;
+      bool over = false;
+   };
+   std::shared_ptr<Shared> shared_;
    bool reading_ = false;
-   std::vector<std::jthread> helpers_;
 };
 
 // One window's reading: threads take its runs in turn and read them into `results`, leaving in
