@@ -37,8 +37,11 @@ inline constexpr unsigned kMaxThreads = 8;
 // entered do not grow with the object.
 inline constexpr std::size_t kWindow = 4096;
 // The first window is small, for the threads to start on it as soon as its text has come in from
-// the disk; each later one is twice as large as the one before, up to kWindow.
+// the disk: a few runs of small members, or a mebibyte of large ones (some thirty policies of a
+// hundred rules, where a count alone would wait for a quarter of a typical state's policies).
+// Each later window holds twice as many members as the one before, up to kWindow.
 inline constexpr std::size_t kFirstWindow = 4 * kMembersPerThread;
+inline constexpr std::size_t kFirstWindowBytes = std::size_t{1} << 20;
 
 unsigned readingThreads(std::size_t members, std::size_t runs);
 
@@ -154,20 +157,20 @@ void forEachMemberInParallel(Node const& object, Read&& read, Enter&& enter) {
       return;
    }
    MemberList members(object);
-   std::size_t window = detail::kFirstWindow;
-   if (!members.findWindow(window)) {
+   if (!members.findWindow(detail::kFirstWindow, detail::kFirstWindowBytes)) {
       return;
    }
    members.nextWindow();
+   std::size_t window = members.size();
    std::array<detail::WindowReading<Result>, 2> windows;
    auto* reading = &windows[0];
    std::vector<std::string> keys;
-   // Each thread reads with a copy of `read` of its own, kept from window to window. A first
-   // window that came full is not the last: its few runs do not say how many threads the later,
-   // larger windows keep busy.
-   auto const threads = members.size() == window
-                            ? detail::readingThreads(detail::kWindow, detail::kWindow)
-                            : detail::readingThreads(members.size(), members.runs());
+   // Each thread reads with a copy of `read` of its own, kept from window to window. When more
+   // members follow, the first window's few runs do not say how many threads the later, larger
+   // windows keep busy.
+   auto const threads = members.allFound()
+                            ? detail::readingThreads(members.size(), members.runs())
+                            : detail::readingThreads(detail::kWindow, detail::kWindow);
    std::vector<Reader> readers(threads, read);
    detail::ReadingCrew crew(threads,
                             [&](unsigned thread) { reading->readRuns(members, readers[thread]); });

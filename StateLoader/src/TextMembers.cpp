@@ -178,7 +178,7 @@ MemberList::MemberList(Node const& object) : object_(object), inText_(object.unp
    }
 }
 
-bool MemberList::findWindow(std::size_t count) {
+bool MemberList::findWindow(std::size_t count, std::size_t bytes) {
    auto& found = found_;
    found.spans.clear();
    found.runStarts.clear();
@@ -201,16 +201,28 @@ bool MemberList::findWindow(std::size_t count) {
       next_ = end;
    } else {
       auto const text = self.state->text;
+      auto const start = next_;
       while (next_ != TextValue::kUnknown && found.spans.size() < count) {
          auto member = memberAt(text, next_);
          member.end = skimValue(text, member.value, TextValue::kUnknown);
          found.spans.push_back(member);
          next_ = nextMember(self, member.end);
+         if (member.end - start >= bytes) {
+            break;
+         }
       }
    }
    found.keys.resize(found.spans.size());
    cutIntoRuns(found);
    return !found.spans.empty();
+}
+
+bool MemberList::allFound() const noexcept {
+   if (!inText_) {
+      return next_ == parsed_.size();
+   }
+   auto const* members = object_.text->members;
+   return members ? next_ == members->size() : next_ == TextValue::kUnknown;
 }
 
 // A large member is a run of its own, read member by member in turn; small ones are gathered up

@@ -29,8 +29,11 @@ class MemberList {
    explicit MemberList(Node const& object);
 
    // Finds the next (at most) `count` members after those found last; false when none is left.
+   // Members still in the text stop at the first to end `bytes` or more after the window's start.
    // Throws TextRefused when the text around them is malformed.
-   bool findWindow(std::size_t count);
+   bool findWindow(std::size_t count, std::size_t bytes = TextValue::kUnknown);
+   // Whether every member has been found.
+   bool allFound() const noexcept;
    // Moves on to the members found last, numbered from 0 within their window.
    void nextWindow() noexcept { std::swap(window_, found_); }
 

@@ -48,7 +48,9 @@ void expectScale(Kel::Expected<StateLoader::DeviceState> const& loaded, ScaleCas
 
 TEST(GeneratedState, LoadsWithTheScaleAskedFor) {
    testing_support::TempStateFiles const files;
-   ScaleCase const cases[] = {{1, 1, 1, 1, 1}, {2, 30, 5, 3, 1000}};
+   // The last holds more policies than the first window of a parallel walk takes by its size in
+   // the file.
+   ScaleCase const cases[] = {{1, 1, 1, 1, 1}, {2, 30, 5, 3, 1000}, {200, 40, 5, 3, 10}};
    for (ScaleCase const& row : cases) {
       std::string const name = std::to_string(row.policies) + "x" + std::to_string(row.rules);
       auto const path = (files.folder() / (name + ".json")).string();
