@@ -143,8 +143,9 @@ class Renderer {
       if (isJson()) {
          checkBareValue();
          opened(Scope::object);
-         separate();
-         buffer_.append('{');
+         char* out = separated(buffer_.reserve(2));
+         *out++ = '{';
+         buffer_.commitTo(out);
          first_ = true;
       }
    }
@@ -179,9 +180,22 @@ class Renderer {
    }
 
    void _addJsonKeyValuePair(JsonKey key, std::string_view value) {
-      if (startPair(key)) {
-         appendQuoted(value);
+      if (!isJson()) {
+         return;
       }
+      // A short value that needs no escaping goes into the key's piece of the buffer.
+      if (value.size() <= kShortValue && !detail::needsEscape(value)) {
+         writePair(key, value.size() + 2, [value](char* out) {
+            *out++ = '"';
+            VellumBuffer::copy(out, value.data(), value.size());
+            out += value.size();
+            *out++ = '"';
+            return out;
+         });
+         return;
+      }
+      startPair(key);
+      appendQuoted(value);
    }
    void _addJsonKeyValuePair(JsonKey key, char const* value) {
       _addJsonKeyValuePair(key, std::string_view(value));
@@ -194,27 +208,38 @@ class Renderer {
    }
    template <UnsignedNumber T>
    void _addJsonKeyValuePair(JsonKey key, T value) {
-      if (startPair(key)) {
-         appendNumber(value);
+      if (isJson()) {
+         writePair(key, kDigits,
+                   [value](char* out) { return std::to_chars(out, out + kDigits, value).ptr; });
       }
    }
    template <std::signed_integral T>
    void _addJsonKeyValuePair(JsonKey key, T value) = delete;
    void _addJsonKeyValuePair(JsonKey key, bool value) {
-      if (startPair(key)) {
-         buffer_.append(value ? std::string_view("true") : std::string_view("false"));
+      if (isJson()) {
+         writePair(key, 5, [value](char* out) {
+            // Five bytes either way ("true" with its terminating zero); only the word counts.
+            std::memcpy(out, value ? "true" : "false", 5);
+            return out + (value ? 4 : 5);
+         });
       }
    }
    void _addJsonKeyValuePair(JsonKey key, std::nullptr_t) {
-      if (startPair(key)) {
-         buffer_.append(std::string_view("null"));
+      if (isJson()) {
+         writePair(key, 4, [](char* out) {
+            std::memcpy(out, "null", 4);
+            return out + 4;
+         });
       }
    }
    void _addJsonKeyValuePair(JsonKey key, Quoll::IpGenPrefix const& value) {
-      if (startPair(key)) {
-         buffer_.append('"');
-         appendPrefix(value);
-         buffer_.append('"');
+      if (isJson()) {
+         writePair(key, Quoll::IpGenPrefix::kMaxTextLength + 2, [&value](char* out) {
+            *out++ = '"';
+            out += value.format(out);
+            *out++ = '"';
+            return out;
+         });
       }
    }
 
@@ -228,7 +253,6 @@ class Renderer {
       if (!isJson()) {
          return;
       }
-      constexpr std::size_t kDigits = 20;
       constexpr std::size_t kFrame = 16;  // comma, braces, the keys' quotes and colons, a comma
       std::size_t const size =
           key.size() + firstKey.size() + secondKey.size() + 2 * kDigits + kFrame;
@@ -243,11 +267,7 @@ class Renderer {
       } else {
          checkKey();
       }
-      char* const start = buffer_.reserve(size);
-      char* out = start;
-      if (!first_) {
-         *out++ = ',';
-      }
+      char* out = separated(buffer_.reserve(size));
       if (!key.empty()) {
          out = quotedKey(out, key);
       }
@@ -258,7 +278,7 @@ class Renderer {
       out = quotedKey(out, secondKey);
       out = std::to_chars(out, out + kDigits, second).ptr;
       *out++ = '}';
-      buffer_.commit(static_cast<std::size_t>(out - start));
+      buffer_.commitTo(out);
       first_ = false;
    }
 
@@ -291,36 +311,60 @@ class Renderer {
    bool inside(Scope scope) const noexcept;
 #endif
 
+   // Digits of the longest number.
+   static constexpr std::size_t kDigits = 20;
+   // The longest string value that shares the piece of the buffer of its key.
+   static constexpr std::size_t kShortValue = 64;
+
    void separate() {
       if (!first_) {
          buffer_.append(',');
       }
    }
-   // The separator, the quoted key and its colon; in one piece of the buffer when the key needs
-   // no escaping, as nearly every key does. Inline, so that for the literal keys of the show code
-   // the compiler answers the escaping question and sizes the copy.
-   [[gnu::always_inline]] void startKey(JsonKey key) {
-      constexpr std::size_t kFrame = 4;  // comma, two quotes, colon
-      if (key.size() > VellumBuffer::kMaxReserve - kFrame || !key.plain()) {
-         startEscapedKey(key.text());
-         return;
-      }
-      char* const start = buffer_.reserve(key.size() + kFrame);
-      char* out = start;
+   // The separator at `out` unless the item is the first; returns the end.
+   char* separated(char* out) const noexcept {
       if (!first_) {
          *out++ = ',';
       }
-      out = quotedKey(out, key);
-      buffer_.commit(static_cast<std::size_t>(out - start));
+      return out;
+   }
+   // The separator, the quoted key and its colon, with room for `valueSize` bytes after them in
+   // the same piece of the buffer when the key needs no escaping, as nearly every key does: one
+   // test of the buffer's room for a whole pair. Returns where the value goes; the caller ends
+   // the piece with commitTo. Inline, so that for the literal keys of the show code the compiler
+   // answers the escaping question and sizes the copy.
+   [[gnu::always_inline]] char* startKey(JsonKey key, std::size_t valueSize) {
+      constexpr std::size_t kFrame = 4;  // comma, two quotes, colon
+      if (key.size() + valueSize > VellumBuffer::kMaxReserve - kFrame || !key.plain()) {
+         startEscapedKey(key.text());
+         return buffer_.reserve(valueSize);
+      }
+      return quotedKey(separated(buffer_.reserve(key.size() + kFrame + valueSize)), key);
    }
    // `"key":` at `out`, for a key that needs no escaping; returns the end.
    static char* quotedKey(char* out, JsonKey key) noexcept {
       *out++ = '"';
-      std::memcpy(out, key.text().data(), key.size());
+      VellumBuffer::copy(out, key.text().data(), key.size());
       out += key.size();
       *out++ = '"';
       *out++ = ':';
       return out;
+   }
+   // A pair, or a bare value when `key` is empty, whose value `writeValue(out)` writes at `out`
+   // in at most `valueSize` bytes (at most kShortValue + 2), returning its end.
+   template <typename WriteValue>
+   [[gnu::always_inline]] void writePair(JsonKey key, std::size_t valueSize,
+                                         WriteValue&& writeValue) {
+      char* out;
+      if (key.empty()) {
+         checkBareValue();
+         out = separated(buffer_.reserve(valueSize + 1));
+      } else {
+         checkKey();
+         out = startKey(key, valueSize);
+      }
+      buffer_.commitTo(writeValue(out));
+      first_ = false;
    }
    template <UnsignedNumber T>
    void numberPairEscaped(JsonKey key, JsonKey firstKey, T first, JsonKey secondKey, T second) {
@@ -344,8 +388,9 @@ class Renderer {
       if (isJson()) {
          checkKey();
          opened(scope);
-         startKey(key);
-         buffer_.append(openBracket(scope));
+         char* out = startKey(key, 1);
+         *out++ = openBracket(scope);
+         buffer_.commitTo(out);
          first_ = true;
       }
    }
@@ -356,25 +401,20 @@ class Renderer {
          first_ = false;
       }
    }
-   // Writes the separator and the key; false in text, where the pair writes nothing.
-   bool startPair(JsonKey key) {
-      if (!isJson()) {
-         return false;
-      }
+   // The separator and the key of a pair whose value is written piecewise.
+   void startPair(JsonKey key) {
       if (key.empty()) {
          checkBareValue();
          separate();
       } else {
          checkKey();
-         startKey(key);
+         buffer_.commitTo(startKey(key, 0));
       }
       first_ = false;
-      return true;
    }
 
    template <UnsignedNumber T>
    void appendNumber(T number) {
-      constexpr std::size_t kDigits = 20;
       char* start = buffer_.reserve(kDigits);
       buffer_.commit(
           static_cast<std::size_t>(std::to_chars(start, start + kDigits, number).ptr - start));
@@ -393,7 +433,7 @@ class Renderer {
       }
       char* const out = buffer_.reserve(text.size() + kQuotes);
       out[0] = '"';
-      std::memcpy(out + 1, text.data(), text.size());
+      VellumBuffer::copy(out + 1, text.data(), text.size());
       out[text.size() + 1] = '"';
       buffer_.commit(text.size() + kQuotes);
    }
