@@ -209,8 +209,7 @@ class Renderer {
    template <UnsignedNumber T>
    void _addJsonKeyValuePair(JsonKey key, T value) {
       if (isJson()) {
-         writePair(key, kDigits,
-                   [value](char* out) { return std::to_chars(out, out + kDigits, value).ptr; });
+         writePair(key, kDigits, [value](char* out) { return decimal(out, value); });
       }
    }
    template <std::signed_integral T>
@@ -273,10 +272,10 @@ class Renderer {
       }
       *out++ = '{';
       out = quotedKey(out, firstKey);
-      out = std::to_chars(out, out + kDigits, first).ptr;
+      out = decimal(out, first);
       *out++ = ',';
       out = quotedKey(out, secondKey);
-      out = std::to_chars(out, out + kDigits, second).ptr;
+      out = decimal(out, second);
       *out++ = '}';
       buffer_.commitTo(out);
       first_ = false;
@@ -416,8 +415,24 @@ class Renderer {
    template <UnsignedNumber T>
    void appendNumber(T number) {
       char* start = buffer_.reserve(kDigits);
-      buffer_.commit(
-          static_cast<std::size_t>(std::to_chars(start, start + kDigits, number).ptr - start));
+      buffer_.commit(static_cast<std::size_t>(decimal(start, number) - start));
+   }
+   // The decimal digits of `number` at `out` (room for kDigits); returns the end. Numbers below
+   // 100, most of what the show code writes (protocols, DSCP values, the counts of a quiet device),
+   // take two tests in line: the general conversion, which the compiler keeps out of line in
+   // renderers that write much, costs a call and a loop.
+   template <UnsignedNumber T>
+   [[gnu::always_inline]] static char* decimal(char* out, T number) noexcept {
+      if (number < 10) {
+         *out = static_cast<char>('0' + number);
+         return out + 1;
+      }
+      if (number < 100) {
+         out[0] = static_cast<char>('0' + number / 10);
+         out[1] = static_cast<char>('0' + number % 10);
+         return out + 2;
+      }
+      return std::to_chars(out, out + kDigits, number).ptr;
    }
    void appendPrefix(Quoll::IpGenPrefix const& prefix) {
       char* start = buffer_.reserve(Quoll::IpGenPrefix::kMaxTextLength);
