@@ -16,6 +16,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -34,6 +35,18 @@
 #include "vellum/VellumBuffer.h"
 
 namespace vellum {
+
+namespace detail {
+// "00" to "99", two characters each.
+inline constexpr auto kDigitPairs = [] {
+   std::array<char, 200> pairs{};
+   for (unsigned value = 0; value < 100; ++value) {
+      pairs[2 * value] = static_cast<char>('0' + value / 10);
+      pairs[2 * value + 1] = static_cast<char>('0' + value % 10);
+   }
+   return pairs;
+}();
+}  // namespace detail
 
 template <typename T>
 concept UnsignedNumber = std::unsigned_integral<T> && !std::same_as<T, bool>;
@@ -418,21 +431,34 @@ class Renderer {
       buffer_.commit(static_cast<std::size_t>(decimal(start, number) - start));
    }
    // The decimal digits of `number` at `out` (room for kDigits); returns the end. Numbers below
-   // 100, most of what the show code writes (protocols, DSCP values, the counts of a quiet device),
-   // take two tests in line: the general conversion, which the compiler keeps out of line in
-   // renderers that write much, costs a call and a loop.
+   // 10,000, most of what the show code writes (protocols, DSCP values, ports, the counts of a
+   // quiet device), are written in line from a table of digit pairs: the general conversion, which
+   // the compiler keeps out of line in renderers that write much, costs a call and a loop.
    template <UnsignedNumber T>
    [[gnu::always_inline]] static char* decimal(char* out, T number) noexcept {
-      if (number < 10) {
-         *out = static_cast<char>('0' + number);
+      if (number >= 10000) {
+         return std::to_chars(out, out + kDigits, number).ptr;
+      }
+      auto const value = static_cast<unsigned>(number);
+      auto const pair = [](char* at, unsigned twoDigits) {
+         std::memcpy(at, &detail::kDigitPairs[2 * twoDigits], 2);
+      };
+      if (value < 10) {
+         *out = static_cast<char>('0' + value);
          return out + 1;
       }
-      if (number < 100) {
-         out[0] = static_cast<char>('0' + number / 10);
-         out[1] = static_cast<char>('0' + number % 10);
+      if (value < 100) {
+         pair(out, value);
          return out + 2;
       }
-      return std::to_chars(out, out + kDigits, number).ptr;
+      if (value < 1000) {
+         *out = static_cast<char>('0' + value / 100);
+         pair(out + 1, value % 100);
+         return out + 3;
+      }
+      pair(out, value / 100);
+      pair(out + 2, value % 100);
+      return out + 4;
    }
    void appendPrefix(Quoll::IpGenPrefix const& prefix) {
       char* start = buffer_.reserve(Quoll::IpGenPrefix::kMaxTextLength);
