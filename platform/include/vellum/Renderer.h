@@ -196,19 +196,21 @@ class Renderer {
       if (!isJson()) {
          return;
       }
-      // A short value that needs no escaping goes into the key's piece of the buffer.
       if (value.size() <= kShortValue && !detail::needsEscape(value)) {
-         writePair(key, value.size() + 2, [value](char* out) {
-            *out++ = '"';
-            VellumBuffer::copy(out, value.data(), value.size());
-            out += value.size();
-            *out++ = '"';
-            return out;
-         });
+         plainShortPair(key, value);
          return;
       }
       startPair(key);
       appendQuoted(value);
+   }
+   // A word of the show code's own (an option or flag name) as a value: like a literal key, its
+   // need of escaping was settled when the library was compiled.
+   void _addJsonKeyValuePair(JsonKey key, JsonKey value) {
+      if (!value.plain() || value.size() > kShortValue) {
+         _addJsonKeyValuePair(key, value.text());
+      } else if (isJson()) {
+         plainShortPair(key, value.text());
+      }
    }
    void _addJsonKeyValuePair(JsonKey key, char const* value) {
       _addJsonKeyValuePair(key, std::string_view(value));
@@ -412,6 +414,17 @@ class Renderer {
          buffer_.append(closeBracket(scope));
          first_ = false;
       }
+   }
+   // A string value that needs no escaping and is at most kShortValue long: it goes into the
+   // key's piece of the buffer.
+   void plainShortPair(JsonKey key, std::string_view value) {
+      writePair(key, value.size() + 2, [value](char* out) {
+         *out++ = '"';
+         VellumBuffer::copy(out, value.data(), value.size());
+         out += value.size();
+         *out++ = '"';
+         return out;
+      });
    }
    // The separator and the key of a pair whose value is written piecewise.
    void startPair(JsonKey key) {

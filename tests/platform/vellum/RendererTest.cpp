@@ -152,11 +152,13 @@ std::vector<Case> const kCases = {
         std::string const longKey(300, 'k');
         r._addJsonKeyValuePair(std::string_view(longKey), 99u);
         r._addJsonKeyValuePair("p", prefix("10.0.0.0/8"));
+        r._addJsonKeyValuePair("word", vellum::JsonKey("ipv4"));
+        r._addJsonKeyValuePair("quoted", vellum::JsonKey(std::string_view("a\"b")));
      },
      "0 9 10 99 100 999 1000 9999 10000 65535 ",
      "{\"n\":[0,9,10,99,100,1024,10000,true,null,\"" + std::string(64, 'a') + "\",\"" +
          std::string(65, 'b') + "\"],\"r\":{\"low\":9,\"high\":100},\"" + std::string(300, 'k') +
-         "\":99,\"p\":\"10.0.0.0/8\"}\n"},
+         "\":99,\"p\":\"10.0.0.0/8\",\"word\":\"ipv4\",\"quoted\":\"a\\\"b\"}\n"},
 };
 
 TEST(RendererContract, EveryOperationInBothFormats) {
