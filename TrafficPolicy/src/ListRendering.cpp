@@ -19,11 +19,8 @@ void writeEntryCount(vellum::RendererV2& renderer, CountedFieldSetState const& f
 
 }  // namespace
 
-void writeRangeText(vellum::RendererV2& renderer, Classification::NumericalRange const& range,
-                    std::string_view fieldName, PolicyMap::ClassMapMatchOption option) {
-   if (!renderer.isText()) {
-      return;
-   }
+void writeRangeTextOnly(vellum::RendererV2& renderer, Classification::NumericalRange const& range,
+                        std::string_view fieldName, PolicyMap::ClassMapMatchOption option) {
    if (range.low != range.high) {
       renderer.writeString(range.low);
       renderer.writeString("-");

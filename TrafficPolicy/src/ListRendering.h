@@ -35,9 +35,17 @@ void renderLabelledList(vellum::RendererV2& renderer, std::string_view label,
 }
 
 // Text of a range: "low-high", or for a single value its name for the field when it has one
-// (numericalValueToStrFor), else the number.
-void writeRangeText(vellum::RendererV2& renderer, Classification::NumericalRange const& range,
-                    std::string_view fieldName, PolicyMap::ClassMapMatchOption option);
+// (numericalValueToStrFor), else the number. Only the test of the format is in line: JSON, which
+// has no use for the text, pays no call.
+void writeRangeTextOnly(vellum::RendererV2& renderer, Classification::NumericalRange const& range,
+                        std::string_view fieldName, PolicyMap::ClassMapMatchOption option);
+inline void writeRangeText(vellum::RendererV2& renderer,
+                           Classification::NumericalRange const& range, std::string_view fieldName,
+                           PolicyMap::ClassMapMatchOption option) {
+   if (renderer.isText()) {
+      writeRangeTextOnly(renderer, range, fieldName, option);
+   }
+}
 // JSON of a range, {"low": n, "high": n}: as a list element, or under a key.
 void writeRangeEntry(vellum::RendererV2& renderer, Classification::NumericalRange const& range);
 void writeRangeObject(vellum::RendererV2& renderer, vellum::JsonKey key,

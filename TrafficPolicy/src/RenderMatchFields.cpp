@@ -41,7 +41,7 @@ void forEachInOrder(std::vector<T> const& items, Visit&& visit) {
 
 struct TcpFlagName {
    std::uint16_t bit;
-   std::string_view name;
+   vellum::JsonKey name;
    // "initial-syn" and "established" are connection states, not header bits.
    bool connectionState;
 };
@@ -93,7 +93,7 @@ void renderTcpFlagGroup(vellum::RendererV2& renderer, Classification::TcpFlagGro
          renderer.writeString(" ");
       }
       first = false;
-      renderer.writeString(flag->name);
+      renderer.writeString(flag->name.text());
       if (flag->connectionState) {
          KEL_ASSERT(activeFlags.size() == 1);
          KEL_ASSERT(flagBool);

@@ -150,7 +150,7 @@ void renderFlagCriteria(vellum::RendererV2& renderer, StructuredFilter const& fi
 
 }  // namespace
 
-std::string_view matchOptionWord(ClassMapMatchOption option) noexcept {
+vellum::JsonKey matchOptionWord(ClassMapMatchOption option) noexcept {
    switch (option) {
       case ClassMapMatchOption::ipv4:
          return "ipv4";
@@ -186,7 +186,7 @@ void ShowTrafficPolicyBase::renderRules(vellum::RendererV2* renderer,
          renderer->writeIndented(indent, "match ");
          renderer->writeString(ruleName);
          renderer->writeString(" ");
-         renderer->writeString(optionWord);
+         renderer->writeString(optionWord.text());
          renderer->eol();
          // The first view flag asks for rules without their matches.
          if (!policyState->summary()) {

@@ -19,8 +19,9 @@
 
 namespace TrafficPolicyCli {
 
-// "ipv4", "ipv6", "mac", "mpls", or the empty string for any other option.
-std::string_view matchOptionWord(PolicyMap::ClassMapMatchOption option) noexcept;
+// "ipv4", "ipv6", "mac", "mpls", or the empty string for any other option; a JSON key for the
+// knowledge that it needs no escaping.
+vellum::JsonKey matchOptionWord(PolicyMap::ClassMapMatchOption option) noexcept;
 
 // One rule's criteria; `showFieldSetCounts` adds field-set sizes to the text.
 void renderMatches(vellum::RendererV2& renderer, FieldSetState const& fieldSetState,

@@ -22,8 +22,10 @@ inline constexpr auto kNeedsEscape = [] {
 }();
 
 // Whether any byte of `text` must be escaped, eight bytes at a time: keys and names are short and
-// almost never need it. Below four bytes each byte is looked up; a string of 4 to 7 bytes is read
-// as two overlapping halves of a word, and the last word of a longer one ends at its last byte.
+// almost never need it. A text of up to eight bytes is tested as one word, with no loop and no
+// test of its length beyond the choice of how to load it: 4 to 8 bytes as two overlapping halves,
+// 1 to 3 bytes as its first, middle and last byte, the rest of the word blanks, which need no
+// escaping. The last word of a longer text ends at its last byte.
 constexpr bool needsEscape(std::string_view text) noexcept {
    if (std::is_constant_evaluated()) {
       return std::ranges::any_of(
@@ -31,6 +33,7 @@ constexpr bool needsEscape(std::string_view text) noexcept {
    }
    constexpr std::uint64_t kOnes = 0x0101010101010101;
    constexpr std::uint64_t kHighs = 0x8080808080808080;
+   constexpr std::uint64_t kBlanks = kOnes * ' ';
    // Nonzero when a byte is below `limit` (at most 0x80).
    auto anyBelow = [](std::uint64_t word, unsigned limit) {
       return (word - kOnes * limit) & ~word & kHighs;
@@ -44,25 +47,33 @@ constexpr bool needsEscape(std::string_view text) noexcept {
    };
    auto const size = text.size();
    char const* const data = text.data();
-   if (size < 4) {
-      return std::ranges::any_of(
-          text, [](char c) { return kNeedsEscape[static_cast<unsigned char>(c)]; });
+   auto byteAt = [data](std::size_t at, unsigned shift) {
+      return std::uint64_t{static_cast<unsigned char>(data[at])} << shift;
+   };
+   if (size <= sizeof(std::uint64_t)) {
+      std::uint64_t word = kBlanks;
+      if (size >= sizeof(std::uint32_t)) {
+         std::uint32_t first;
+         std::uint32_t last;
+         std::memcpy(&first, data, sizeof first);
+         std::memcpy(&last, data + size - sizeof last, sizeof last);
+         word = first | std::uint64_t{last} << 32;
+      } else if (size != 0) {
+         word = (kBlanks << 24) | byteAt(0, 0) | byteAt(size / 2, 8) | byteAt(size - 1, 16);
+      }
+      return escaped(word);
    }
-   // Short strings fill the word's upper half with blanks, which need no escaping.
-   auto load = [data](std::size_t at, std::size_t bytes) {
-      std::uint64_t word = kOnes * ' ';
-      std::memcpy(&word, data + at, bytes);
+   auto load = [data](std::size_t at) {
+      std::uint64_t word;
+      std::memcpy(&word, data + at, sizeof word);
       return word;
    };
-   if (size < 8) {
-      return escaped(load(0, 4)) || escaped(load(size - 4, 4));
-   }
    for (std::size_t at = 0; at + 8 < size; at += 8) {
-      if (escaped(load(at, 8))) {
+      if (escaped(load(at))) {
          return true;
       }
    }
-   return escaped(load(size - 8, 8));
+   return escaped(load(size - 8));
 }
 }  // namespace detail
 

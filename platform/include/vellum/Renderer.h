@@ -16,6 +16,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <concepts>
 #include <cstddef>
@@ -34,6 +35,18 @@
 #include "vellum/VellumBuffer.h"
 
 namespace vellum {
+
+namespace detail {
+// "00" to "99", two characters each.
+inline constexpr auto kDigitPairs = [] {
+   std::array<char, 200> pairs{};
+   for (unsigned value = 0; value < 100; ++value) {
+      pairs[2 * value] = static_cast<char>('0' + value / 10);
+      pairs[2 * value + 1] = static_cast<char>('0' + value % 10);
+   }
+   return pairs;
+}();
+}  // namespace detail
 
 template <typename T>
 concept UnsignedNumber = std::unsigned_integral<T> && !std::same_as<T, bool>;
@@ -143,8 +156,9 @@ class Renderer {
       if (isJson()) {
          checkBareValue();
          opened(Scope::object);
-         separate();
-         buffer_.append('{');
+         char* out = separated(buffer_.reserve(2));
+         *out++ = '{';
+         buffer_.commitTo(out);
          first_ = true;
       }
    }
@@ -179,8 +193,23 @@ class Renderer {
    }
 
    void _addJsonKeyValuePair(JsonKey key, std::string_view value) {
-      if (startPair(key)) {
-         appendQuoted(value);
+      if (!isJson()) {
+         return;
+      }
+      if (value.size() <= kShortValue && !detail::needsEscape(value)) {
+         plainShortPair(key, value);
+         return;
+      }
+      startPair(key);
+      appendQuoted(value);
+   }
+   // A word of the show code's own (an option or flag name) as a value: like a literal key, its
+   // need of escaping was settled when the library was compiled.
+   void _addJsonKeyValuePair(JsonKey key, JsonKey value) {
+      if (!value.plain() || value.size() > kShortValue) {
+         _addJsonKeyValuePair(key, value.text());
+      } else if (isJson()) {
+         plainShortPair(key, value.text());
       }
    }
    void _addJsonKeyValuePair(JsonKey key, char const* value) {
@@ -194,27 +223,37 @@ class Renderer {
    }
    template <UnsignedNumber T>
    void _addJsonKeyValuePair(JsonKey key, T value) {
-      if (startPair(key)) {
-         appendNumber(value);
+      if (isJson()) {
+         writePair(key, kDigits, [value](char* out) { return decimal(out, value); });
       }
    }
    template <std::signed_integral T>
    void _addJsonKeyValuePair(JsonKey key, T value) = delete;
    void _addJsonKeyValuePair(JsonKey key, bool value) {
-      if (startPair(key)) {
-         buffer_.append(value ? std::string_view("true") : std::string_view("false"));
+      if (isJson()) {
+         writePair(key, 5, [value](char* out) {
+            // Five bytes either way ("true" with its terminating zero); only the word counts.
+            std::memcpy(out, value ? "true" : "false", 5);
+            return out + (value ? 4 : 5);
+         });
       }
    }
    void _addJsonKeyValuePair(JsonKey key, std::nullptr_t) {
-      if (startPair(key)) {
-         buffer_.append(std::string_view("null"));
+      if (isJson()) {
+         writePair(key, 4, [](char* out) {
+            std::memcpy(out, "null", 4);
+            return out + 4;
+         });
       }
    }
    void _addJsonKeyValuePair(JsonKey key, Quoll::IpGenPrefix const& value) {
-      if (startPair(key)) {
-         buffer_.append('"');
-         appendPrefix(value);
-         buffer_.append('"');
+      if (isJson()) {
+         writePair(key, Quoll::IpGenPrefix::kMaxTextLength + 2, [&value](char* out) {
+            *out++ = '"';
+            out += value.format(out);
+            *out++ = '"';
+            return out;
+         });
       }
    }
 
@@ -228,7 +267,6 @@ class Renderer {
       if (!isJson()) {
          return;
       }
-      constexpr std::size_t kDigits = 20;
       constexpr std::size_t kFrame = 16;  // comma, braces, the keys' quotes and colons, a comma
       std::size_t const size =
           key.size() + firstKey.size() + secondKey.size() + 2 * kDigits + kFrame;
@@ -243,22 +281,18 @@ class Renderer {
       } else {
          checkKey();
       }
-      char* const start = buffer_.reserve(size);
-      char* out = start;
-      if (!first_) {
-         *out++ = ',';
-      }
+      char* out = separated(buffer_.reserve(size));
       if (!key.empty()) {
          out = quotedKey(out, key);
       }
       *out++ = '{';
       out = quotedKey(out, firstKey);
-      out = std::to_chars(out, out + kDigits, first).ptr;
+      out = decimal(out, first);
       *out++ = ',';
       out = quotedKey(out, secondKey);
-      out = std::to_chars(out, out + kDigits, second).ptr;
+      out = decimal(out, second);
       *out++ = '}';
-      buffer_.commit(static_cast<std::size_t>(out - start));
+      buffer_.commitTo(out);
       first_ = false;
    }
 
@@ -291,36 +325,60 @@ class Renderer {
    bool inside(Scope scope) const noexcept;
 #endif
 
+   // Digits of the longest number.
+   static constexpr std::size_t kDigits = 20;
+   // The longest string value that shares the piece of the buffer of its key.
+   static constexpr std::size_t kShortValue = 64;
+
    void separate() {
       if (!first_) {
          buffer_.append(',');
       }
    }
-   // The separator, the quoted key and its colon; in one piece of the buffer when the key needs
-   // no escaping, as nearly every key does. Inline, so that for the literal keys of the show code
-   // the compiler answers the escaping question and sizes the copy.
-   [[gnu::always_inline]] void startKey(JsonKey key) {
-      constexpr std::size_t kFrame = 4;  // comma, two quotes, colon
-      if (key.size() > VellumBuffer::kMaxReserve - kFrame || !key.plain()) {
-         startEscapedKey(key.text());
-         return;
-      }
-      char* const start = buffer_.reserve(key.size() + kFrame);
-      char* out = start;
+   // The separator at `out` unless the item is the first; returns the end.
+   char* separated(char* out) const noexcept {
       if (!first_) {
          *out++ = ',';
       }
-      out = quotedKey(out, key);
-      buffer_.commit(static_cast<std::size_t>(out - start));
+      return out;
+   }
+   // The separator, the quoted key and its colon, with room for `valueSize` bytes after them in
+   // the same piece of the buffer when the key needs no escaping, as nearly every key does: one
+   // test of the buffer's room for a whole pair. Returns where the value goes; the caller ends
+   // the piece with commitTo. Inline, so that for the literal keys of the show code the compiler
+   // answers the escaping question and sizes the copy.
+   [[gnu::always_inline]] char* startKey(JsonKey key, std::size_t valueSize) {
+      constexpr std::size_t kFrame = 4;  // comma, two quotes, colon
+      if (key.size() + valueSize > VellumBuffer::kMaxReserve - kFrame || !key.plain()) {
+         startEscapedKey(key.text());
+         return buffer_.reserve(valueSize);
+      }
+      return quotedKey(separated(buffer_.reserve(key.size() + kFrame + valueSize)), key);
    }
    // `"key":` at `out`, for a key that needs no escaping; returns the end.
    static char* quotedKey(char* out, JsonKey key) noexcept {
       *out++ = '"';
-      std::memcpy(out, key.text().data(), key.size());
+      VellumBuffer::copy(out, key.text().data(), key.size());
       out += key.size();
       *out++ = '"';
       *out++ = ':';
       return out;
+   }
+   // A pair, or a bare value when `key` is empty, whose value `writeValue(out)` writes at `out`
+   // in at most `valueSize` bytes (at most kShortValue + 2), returning its end.
+   template <typename WriteValue>
+   [[gnu::always_inline]] void writePair(JsonKey key, std::size_t valueSize,
+                                         WriteValue&& writeValue) {
+      char* out;
+      if (key.empty()) {
+         checkBareValue();
+         out = separated(buffer_.reserve(valueSize + 1));
+      } else {
+         checkKey();
+         out = startKey(key, valueSize);
+      }
+      buffer_.commitTo(writeValue(out));
+      first_ = false;
    }
    template <UnsignedNumber T>
    void numberPairEscaped(JsonKey key, JsonKey firstKey, T first, JsonKey secondKey, T second) {
@@ -344,8 +402,9 @@ class Renderer {
       if (isJson()) {
          checkKey();
          opened(scope);
-         startKey(key);
-         buffer_.append(openBracket(scope));
+         char* out = startKey(key, 1);
+         *out++ = openBracket(scope);
+         buffer_.commitTo(out);
          first_ = true;
       }
    }
@@ -356,28 +415,63 @@ class Renderer {
          first_ = false;
       }
    }
-   // Writes the separator and the key; false in text, where the pair writes nothing.
-   bool startPair(JsonKey key) {
-      if (!isJson()) {
-         return false;
-      }
+   // A string value that needs no escaping and is at most kShortValue long: it goes into the
+   // key's piece of the buffer.
+   void plainShortPair(JsonKey key, std::string_view value) {
+      writePair(key, value.size() + 2, [value](char* out) {
+         *out++ = '"';
+         VellumBuffer::copy(out, value.data(), value.size());
+         out += value.size();
+         *out++ = '"';
+         return out;
+      });
+   }
+   // The separator and the key of a pair whose value is written piecewise.
+   void startPair(JsonKey key) {
       if (key.empty()) {
          checkBareValue();
          separate();
       } else {
          checkKey();
-         startKey(key);
+         buffer_.commitTo(startKey(key, 0));
       }
       first_ = false;
-      return true;
    }
 
    template <UnsignedNumber T>
    void appendNumber(T number) {
-      constexpr std::size_t kDigits = 20;
       char* start = buffer_.reserve(kDigits);
-      buffer_.commit(
-          static_cast<std::size_t>(std::to_chars(start, start + kDigits, number).ptr - start));
+      buffer_.commit(static_cast<std::size_t>(decimal(start, number) - start));
+   }
+   // The decimal digits of `number` at `out` (room for kDigits); returns the end. Numbers below
+   // 10,000, most of what the show code writes (protocols, DSCP values, ports, the counts of a
+   // quiet device), are written in line from a table of digit pairs: the general conversion, which
+   // the compiler keeps out of line in renderers that write much, costs a call and a loop.
+   template <UnsignedNumber T>
+   [[gnu::always_inline]] static char* decimal(char* out, T number) noexcept {
+      if (number >= 10000) {
+         return std::to_chars(out, out + kDigits, number).ptr;
+      }
+      auto const value = static_cast<unsigned>(number);
+      auto const pair = [](char* at, unsigned twoDigits) {
+         std::memcpy(at, &detail::kDigitPairs[2 * twoDigits], 2);
+      };
+      if (value < 10) {
+         *out = static_cast<char>('0' + value);
+         return out + 1;
+      }
+      if (value < 100) {
+         pair(out, value);
+         return out + 2;
+      }
+      if (value < 1000) {
+         *out = static_cast<char>('0' + value / 100);
+         pair(out + 1, value % 100);
+         return out + 3;
+      }
+      pair(out, value / 100);
+      pair(out + 2, value % 100);
+      return out + 4;
    }
    void appendPrefix(Quoll::IpGenPrefix const& prefix) {
       char* start = buffer_.reserve(Quoll::IpGenPrefix::kMaxTextLength);
@@ -393,7 +487,7 @@ class Renderer {
       }
       char* const out = buffer_.reserve(text.size() + kQuotes);
       out[0] = '"';
-      std::memcpy(out + 1, text.data(), text.size());
+      VellumBuffer::copy(out + 1, text.data(), text.size());
       out[text.size() + 1] = '"';
       buffer_.commit(text.size() + kQuotes);
    }

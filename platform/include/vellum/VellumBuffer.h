@@ -73,14 +73,12 @@ class VellumBuffer {
       return cursor_;
    }
    void commit(std::size_t size) noexcept { cursor_ += size; }
+   // The same, by the end of what was written.
+   void commitTo(char* end) noexcept { cursor_ = end; }
 
-   // Writes out everything buffered.
-   void flush();
-   int fd() const noexcept { return fd_; }
-
- private:
    // Most pieces are a label, a name or a number of a few bytes: they are copied in line as two
    // words (or halves, or bytes) that overlap, instead of through a call of the C library's copy.
+   // Public for the renderer, which copies keys and short values into room it has reserved.
    static constexpr std::size_t kShort = 16;
    static void copy(char* out, char const* text, std::size_t size) noexcept {
       auto const overlapping = [&]<typename Word>(Word) {
@@ -104,6 +102,11 @@ class VellumBuffer {
       }
    }
 
+   // Writes out everything buffered.
+   void flush();
+   int fd() const noexcept { return fd_; }
+
+ private:
    std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - cursor_); }
    // kShort bytes of the fill at the cursor, in two words, without moving it: an indentation is
    // written whole, and the bytes past it are free room that the next append writes over.

@@ -5,7 +5,9 @@
 #include "Quoll/IpAddr.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstring>
 #include <optional>
 #include <ostream>
 
@@ -238,14 +240,55 @@ char* writeText(char* out, std::string_view text) {
 // Room for the longest number written: "255" or "ffff".
 constexpr std::size_t kMaxNumberLength = 4;
 
-char* writeDottedQuad(char* out, std::uint8_t const* octets) {
-   for (std::size_t index = 0; index < 4; ++index) {
-      if (index > 0) {
-         *out++ = '.';
+// The decimal text of every octet followed by a dot, four bytes each (the rest zeros), and its
+// length without the dot. Rules and field sets show prefixes by the hundred thousand: an octet is
+// one copy of a word from here instead of a conversion.
+struct OctetText {
+   std::array<char, 4> text;
+   std::uint8_t length;
+};
+constexpr auto kOctetTexts = [] {
+   std::array<OctetText, 256> texts{};
+   for (unsigned octet = 0; octet < texts.size(); ++octet) {
+      auto& entry = texts[octet];
+      if (octet >= 100) {
+         entry.text[entry.length++] = static_cast<char>('0' + octet / 100);
       }
-      out = std::to_chars(out, out + kMaxNumberLength, unsigned{octets[index]}).ptr;
+      if (octet >= 10) {
+         entry.text[entry.length++] = static_cast<char>('0' + octet / 10 % 10);
+      }
+      entry.text[entry.length++] = static_cast<char>('0' + octet % 10);
+      entry.text[entry.length] = '.';
    }
-   return out;
+   return texts;
+}();
+
+// The octets are written as whole entries into a scratch quad, each over the zeros of the one
+// before, and the text (7 to 15 bytes) is copied out as two overlapping words: the caller's
+// buffer receives exactly the text.
+char* writeDottedQuad(char* out, std::uint8_t const* octets) {
+   std::array<char, 4 * sizeof(OctetText::text)> quad;
+   char* end = quad.data();
+   for (std::size_t index = 0; index < 4; ++index) {
+      auto const& entry = kOctetTexts[octets[index]];
+      std::memcpy(end, entry.text.data(), entry.text.size());
+      end += entry.length + 1;
+   }
+   auto const length = static_cast<std::size_t>(end - quad.data()) - 1;  // no dot after the last
+   auto const copyAsTwo = [&]<typename Word>(Word) {
+      Word first;
+      Word last;
+      std::memcpy(&first, quad.data(), sizeof first);
+      std::memcpy(&last, quad.data() + length - sizeof last, sizeof last);
+      std::memcpy(out, &first, sizeof first);
+      std::memcpy(out + length - sizeof last, &last, sizeof last);
+   };
+   if (length >= sizeof(std::uint64_t)) {
+      copyAsTwo(std::uint64_t{});
+   } else {
+      copyAsTwo(std::uint32_t{});
+   }
+   return out + length;
 }
 
 bool isV4Mapped(IpAddr::Bytes const& bytes) {

@@ -84,7 +84,8 @@ TEST(IpGenPrefixFormat, WritesExactlyTheReturnedLength) {
    expectExact("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128",
                prefixOf("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff/128"));
    for (std::string_view text :
-        {"255.255.255.255", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff", "::ffff:255.255.255.255"}) {
+        {"0.0.0.0", "10.2.3.4", "255.255.255.255", "ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff",
+         "::ffff:255.255.255.255"}) {
       expectExact(text, addressOf(text));
    }
 }

@@ -133,6 +133,32 @@ std::vector<Case> const kCases = {
      R"({"ranges":[{"low":1,"high":2},{"low":0,"high":18446744073709551615}],)"
      R"("range":{"low":5,"high":6},"q\"":{"l\n":7,"h":8}})"
      "\n"},
+    {"numbers at the edges of the in-line digits, and values beside their keys",
+     [](RendererV2& r) {
+        for (unsigned number : {0u, 9u, 10u, 99u, 100u, 999u, 1000u, 9999u, 10000u, 65535u}) {
+           r.writeString(number);
+           r.writeString(" ");
+        }
+        r._startJsonList("n");
+        for (unsigned long number : {0ul, 9ul, 10ul, 99ul, 100ul, 1024ul, 10000ul}) {
+           r._addJsonKeyValuePair("", number);
+        }
+        r._addJsonKeyValuePair("", true);
+        r._addJsonKeyValuePair("", nullptr);
+        r._addJsonKeyValuePair("", std::string(64, 'a'));
+        r._addJsonKeyValuePair("", std::string(65, 'b'));
+        r.endJsonList();
+        r.numberPair("r", "low", 9u, "high", 100u);
+        std::string const longKey(300, 'k');
+        r._addJsonKeyValuePair(std::string_view(longKey), 99u);
+        r._addJsonKeyValuePair("p", prefix("10.0.0.0/8"));
+        r._addJsonKeyValuePair("word", vellum::JsonKey("ipv4"));
+        r._addJsonKeyValuePair("quoted", vellum::JsonKey(std::string_view("a\"b")));
+     },
+     "0 9 10 99 100 999 1000 9999 10000 65535 ",
+     "{\"n\":[0,9,10,99,100,1024,10000,true,null,\"" + std::string(64, 'a') + "\",\"" +
+         std::string(65, 'b') + "\"],\"r\":{\"low\":9,\"high\":100},\"" + std::string(300, 'k') +
+         "\":99,\"p\":\"10.0.0.0/8\",\"word\":\"ipv4\",\"quoted\":\"a\\\"b\"}\n"},
 };
 
 TEST(RendererContract, EveryOperationInBothFormats) {
