@@ -73,8 +73,11 @@ class PositionsByName {
    std::vector<std::pair<std::uint32_t, std::uint32_t>> repeated_;
 };
 
-// A position in a name-keyed map that only moves forward: asked for names in ascending order, it
-// reaches each with the entries it steps over since the last, instead of a search from the top.
+// A position in a name-keyed map that only moves forward: asked for names in ascending order, each
+// at most once, it reaches each with the entries it steps over since the last, instead of a search
+// from the top. The maps it walks are keyed by the same rule names, so the entry it stands at after
+// a name is found is most often the next one asked for: a test of equality (one word for a short
+// name) settles that before any ordering.
 template <typename Map>
 class ForwardCursor {
  public:
@@ -82,9 +85,11 @@ class ForwardCursor {
 
    typename Map::mapped_type const* seek(Kel::String const& name) {
       for (; position_ != end_; ++position_) {
-         auto const order = position_->first <=> name;
-         if (order >= 0) {
-            return order == 0 ? &position_->second : nullptr;
+         if (position_->first == name) {
+            return &(position_++)->second;
+         }
+         if (position_->first > name) {
+            return nullptr;
          }
       }
       return nullptr;

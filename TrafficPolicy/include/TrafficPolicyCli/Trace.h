@@ -7,8 +7,9 @@
 namespace TrafficPolicyCli {
 
 // In line: the renderers test a level several times a rule, and a call for each test cost more
-// than the test.
-inline Kel::TraceFacility& traceFacility() {
+// than the test. Forced, because the compiler keeps a function with a guarded static out of line
+// where it sees several tests in one function, as in the caching of each rule.
+[[gnu::always_inline]] inline Kel::TraceFacility& traceFacility() {
    static Kel::TraceFacility facility("TrafficPolicyCli");
    return facility;
 }
