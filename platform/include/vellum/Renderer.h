@@ -28,6 +28,7 @@
 
 #include "Kel/String.h"
 #include "Quoll/IpGenPrefix.h"
+#include "Strix/CopyBytes.h"
 #include "Strix/JustifyLeft.h"
 #include "vellum/JsonKey.h"
 #include "vellum/OutputContext.h"
@@ -358,7 +359,7 @@ class Renderer {
    // `"key":` at `out`, for a key that needs no escaping; returns the end.
    static char* quotedKey(char* out, JsonKey key) noexcept {
       *out++ = '"';
-      VellumBuffer::copy(out, key.text().data(), key.size());
+      Strix::copyBytes(out, key.text().data(), key.size());
       out += key.size();
       *out++ = '"';
       *out++ = ':';
@@ -420,7 +421,7 @@ class Renderer {
    void plainShortPair(JsonKey key, std::string_view value) {
       writePair(key, value.size() + 2, [value](char* out) {
          *out++ = '"';
-         VellumBuffer::copy(out, value.data(), value.size());
+         Strix::copyBytes(out, value.data(), value.size());
          out += value.size();
          *out++ = '"';
          return out;
@@ -487,7 +488,7 @@ class Renderer {
       }
       char* const out = buffer_.reserve(text.size() + kQuotes);
       out[0] = '"';
-      VellumBuffer::copy(out + 1, text.data(), text.size());
+      Strix::copyBytes(out + 1, text.data(), text.size());
       out[text.size() + 1] = '"';
       buffer_.commit(text.size() + kQuotes);
    }

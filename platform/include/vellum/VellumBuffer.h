@@ -15,6 +15,8 @@
 #include <memory>
 #include <string_view>
 
+#include "Strix/CopyBytes.h"
+
 namespace vellum {
 
 class VellumBuffer {
@@ -27,7 +29,7 @@ class VellumBuffer {
 
    void append(std::string_view text) {
       if (text.size() <= room()) [[likely]] {
-         copy(cursor_, text.data(), text.size());
+         Strix::copyBytes(cursor_, text.data(), text.size());
          cursor_ += text.size();
       } else {
          appendSlow(text);
@@ -56,7 +58,7 @@ class VellumBuffer {
    void appendIndented(std::size_t blanks, std::string_view text) {
       if (blanks <= kShort && text.size() <= kShort && 2 * kShort <= room()) [[likely]] {
          fillShort(' ');
-         copy(cursor_ + blanks, text.data(), text.size());
+         Strix::copyBytes(cursor_ + blanks, text.data(), text.size());
          cursor_ += blanks + text.size();
       } else {
          appendFill(' ', blanks);
@@ -76,37 +78,13 @@ class VellumBuffer {
    // The same, by the end of what was written.
    void commitTo(char* end) noexcept { cursor_ = end; }
 
-   // Most pieces are a label, a name or a number of a few bytes: they are copied in line as two
-   // words (or halves, or bytes) that overlap, instead of through a call of the C library's copy.
-   // Public for the renderer, which copies keys and short values into room it has reserved.
-   static constexpr std::size_t kShort = 16;
-   static void copy(char* out, char const* text, std::size_t size) noexcept {
-      auto const overlapping = [&]<typename Word>(Word) {
-         Word first;
-         Word last;
-         std::memcpy(&first, text, sizeof first);
-         std::memcpy(&last, text + size - sizeof last, sizeof last);
-         std::memcpy(out, &first, sizeof first);
-         std::memcpy(out + size - sizeof last, &last, sizeof last);
-      };
-      if (size > kShort) {
-         std::memcpy(out, text, size);
-      } else if (size >= sizeof(std::uint64_t)) {
-         overlapping(std::uint64_t{});
-      } else if (size >= sizeof(std::uint32_t)) {
-         overlapping(std::uint32_t{});
-      } else if (size != 0) {
-         out[0] = text[0];
-         out[size / 2] = text[size / 2];
-         out[size - 1] = text[size - 1];
-      }
-   }
-
    // Writes out everything buffered.
    void flush();
    int fd() const noexcept { return fd_; }
 
  private:
+   // Labels and indentations up to this long are written in line, in two words.
+   static constexpr std::size_t kShort = Strix::kInlineCopy;
    std::size_t room() const noexcept { return static_cast<std::size_t>(limit_ - cursor_); }
    // kShort bytes of the fill at the cursor, in two words, without moving it: an indentation is
    // written whole, and the bytes past it are free room that the next append writes over.

@@ -442,6 +442,8 @@ class SortedChunks {
    std::pair<iterator, bool> findOrInsert(key_type const& key, Make&& make) {
       if (empty()) {
          first_.push_back(make());
+         // Not iterator::first: GCC's optimiser then warns of a write past a chunk it sized
+         // itself (-Warray-bounds), though the chunk was just made to hold the entry.
          return {iterator(this, Place{}), true};
       }
       // Loaders mostly hand keys over in ascending order: one comparison with the last key.
